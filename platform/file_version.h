@@ -1,0 +1,18 @@
+// Version resources of executable files.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace zyr::platform {
+
+// Language and code page of the first \VarFileInfo\Translation entry as the eight hexadecimal digits
+// that name a string block ("040904b0"); null if the file has none.
+std::optional<std::string> VersionTranslation(const std::string& path);
+
+// The text \StringFileInfo\<block>\<name>; null if the file has none.
+std::optional<std::string> VersionString(const std::string& path, const std::string& block,
+                                         const std::string& name);
+
+}  // namespace zyr::platform

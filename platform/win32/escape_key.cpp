@@ -1,0 +1,49 @@
+#include "platform/escape_key.h"
+
+#include <vector>
+
+#include "platform/win32/system.h"
+
+namespace zyr::platform {
+namespace {
+
+bool IsEscape(const MSG& message) {
+  const bool isKey = message.message == WM_KEYDOWN || message.message == WM_KEYUP ||
+                     message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP;
+  return isKey && message.wParam == VK_ESCAPE;
+}
+
+void PutBack(const MSG& message) {
+  if (message.message == WM_QUIT) {
+    PostQuitMessage(static_cast<int>(message.wParam));
+  } else if (message.hwnd != nullptr) {
+    PostMessageA(message.hwnd, message.message, message.wParam, message.lParam);
+  } else {
+    PostThreadMessageA(GetCurrentThreadId(), message.message, message.wParam, message.lParam);
+  }
+}
+
+}  // namespace
+
+void ClearEscapeKey() { GetAsyncKeyState(VK_ESCAPE); }
+
+bool EscapeKeyWasPressed() { return (GetAsyncKeyState(VK_ESCAPE) & 1) != 0; }
+
+bool TakeEscapeMessage() {
+  bool escape = false;
+  std::vector<MSG> others;
+  // Drained first and put back at the end, so that nothing is met twice. PeekMessage hands out
+  // WM_QUIT whatever range is asked for.
+  MSG message;
+  while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
+    if (IsEscape(message)) {
+      escape = true;
+    } else {
+      others.push_back(message);
+    }
+  }
+  for (const MSG& other : others) PutBack(other);
+  return escape;
+}
+
+}  // namespace zyr::platform

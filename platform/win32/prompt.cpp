@@ -1,0 +1,30 @@
+#include "platform/prompt.h"
+
+#include "platform/win32/system.h"
+
+namespace zyr::platform {
+namespace {
+
+UINT StyleOf(PromptKind kind) {
+  switch (kind) {
+    case PromptKind::kQuestion:
+      return MB_YESNO | MB_ICONQUESTION;
+    case PromptKind::kWarning:
+      return MB_OK | MB_ICONWARNING;
+    case PromptKind::kError:
+      break;
+  }
+  return MB_OK | MB_ICONERROR;
+}
+
+}  // namespace
+
+bool ShowPrompt(Window owner, const std::string& text, const std::string& title, PromptKind kind) {
+  const HWND window = IsWindowAlive(owner) ? static_cast<HWND>(owner) : nullptr;
+  // Without an owner no window would be disabled, and the user could go on behind the notice.
+  const UINT modality = window == nullptr ? MB_TASKMODAL : MB_APPLMODAL;
+  const int answer = MessageBoxA(window, text.c_str(), title.c_str(), StyleOf(kind) | modality);
+  return kind != PromptKind::kQuestion || answer == IDYES;
+}
+
+}  // namespace zyr::platform

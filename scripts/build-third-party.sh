@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# build-third-party.sh x64|x86: static libjpeg-turbo and libtiff for that MinGW target, from Debian's source
+# packages with Debian's patches, in build/third_party/<triplet>. Done once; does nothing when it stands.
+set -euo pipefail
+. "$(dirname "$0")/common.sh"
+. "$(dirname "$0")/private-apt.sh"
+
+arch=${1:?x64 or x86}
+triplet=$(triplet_of "$arch")
+base=$ZYR_BUILD/third_party
+prefix=$base/$triplet
+sources=$base/sources
+# Raise this when the way of building below changes: it makes every checkout build anew.
+recipe=1
+
+# The upstream releases that this system is built and tested with. Debian's revision, which adds security
+# patches, is deliberately left open.
+pinned='254f3642b04e309fee775123133c6464181addc150499561020312ec61c1bf7c  libjpeg-turbo_2.1.5.orig.tar.gz
+638f43d7dea33948d5dee7f39572fc0194d9cc3c74195de9dd26a4388a1f880a  tiff_4.5.0.orig.tar.bz2'
+
+check_pins() {
+  (cd "$sources" && sha256sum --check --quiet <<<"$pinned") || {
+    echo "The mirror's libjpeg-turbo or tiff is not the upstream release that is pinned in scripts/build-third-party.sh."
+    echo "It has: $(cd "$sources" && ls | grep -F .orig.tar. | tr '\n' ' ')"
+    return 1
+  }
+}
+
+fetch_sources() {
+  [ -f "$sources/complete" ] && return 0
+  rm -rf "$sources"
+  mkdir -p "$sources"
+  private_apt_init "$sources/apt" deb-src
+  private_apt "$sources/apt" amd64 update
+  (cd "$sources" && private_apt "$sources/apt" amd64 source --download-only libjpeg-turbo tiff)
+  check_pins
+  # --no-check leaves out the signature, for which a fresh machine has no keyring; apt checked the index.
+  (cd "$sources" && dpkg-source --no-check -x libjpeg-turbo_*.dsc jpeg && dpkg-source --no-check -x tiff_*.dsc tiff)
+  rm -rf "$sources/apt"
+  touch "$sources/complete"
+}
+
+cross_cmake() { # SOURCE BUILD OPTION...
+  local source=$1 build=$2
+  shift 2
+  rm -rf "$build"
+  cmake -S "$source" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_INSTALL_PREFIX="$prefix" \
+    -DCMAKE_TOOLCHAIN_FILE="$ZYR_ROOT/cmake/toolchain-$arch.cmake" "$@"
+}
+
+build_jpeg() {
+  local build=$prefix/build-jpeg
+  cross_cmake "$sources/jpeg" "$build" -DENABLE_SHARED=OFF -DENABLE_STATIC=ON -DWITH_TURBOJPEG=OFF -DREQUIRE_SIMD=ON
+  cmake --build "$build" --parallel "$ZYR_JOBS" --target jpeg-static
+  cp "$build/libjpeg.a" "$prefix/lib/"
+  cp "$sources"/jpeg/{jpeglib,jmorecfg,jerror}.h "$build/jconfig.h" "$prefix/include/"
+}
+
+# Only what uncompressed grey and colour files need: every codec and tool is off.
+build_tiff() {
+  local build=$prefix/build-tiff off=() feature
+  for feature in tiff-tools tiff-tests tiff-contrib tiff-docs tiff-deprecated cxx zlib libdeflate jpeg old-jpeg \
+    jbig lerc lzma webp zstd pixarlog tiff-opengl ccitt thunder next logluv mdi lzw packbits; do
+    off+=("-D$feature=OFF")
+  done
+  cross_cmake "$sources/tiff" "$build" -DBUILD_SHARED_LIBS=OFF "${off[@]}"
+  cmake --build "$build" --parallel "$ZYR_JOBS" --target tiff
+  cp "$build/libtiff/libtiff.a" "$prefix/lib/"
+  cp "$sources"/tiff/libtiff/{tiff,tiffio,tiffvers}.h "$build/libtiff/tiffconf.h" "$prefix/include/"
+}
+
+build() {
+  [ "$(cat "$prefix/complete" 2>/dev/null)" = "$recipe" ] && return 0
+  fetch_sources
+  rm -rf "$prefix"
+  mkdir -p "$prefix/lib" "$prefix/include"
+  build_jpeg
+  build_tiff
+  rm -rf "$prefix"/build-*
+  echo "$recipe" >"$prefix/complete"
+}
+
+# `once build` would run the function where bash ignores errors; a child process does not.
+if [ "${2:-}" = --locked ]; then build; else once "$base/lock" "$0" "$arch" --locked; fi

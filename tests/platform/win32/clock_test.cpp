@@ -1,0 +1,3 @@
+#include "platform/clock.h"
+
+#include "tests/platform/clock_contract.h"
