@@ -1,0 +1,211 @@
+// The small helpers: memory stream, whole files and paths, versions, shell, cancel monitor.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <string>
+
+#include "foundation/support/error.h"
+#include "foundation/support/file_version.h"
+#include "foundation/support/files.h"
+#include "foundation/support/memory_stream.h"
+#include "foundation/support/progress.h"
+#include "foundation/support/shell.h"
+#include "platform/host/host.h"
+
+namespace zyr {
+namespace {
+
+namespace host = platform::host;
+using namespace std::string_literals;
+
+class SupportTest : public testing::Test {
+ protected:
+  void SetUp() override { host::ResetAll(); }
+  void TearDown() override {
+    EXPECT_EQ(host::CountsOfFiles().openHandles, 0);
+    host::ResetAll();
+  }
+};
+
+TEST(MemoryStream, StopsAtBothEnds) {
+  constexpr int64_t kFar = std::numeric_limits<int64_t>::max();
+  constexpr int64_t kFarBack = std::numeric_limits<int64_t>::min();
+  char bytes[] = "abcde";
+  MemoryStream stream;
+  EXPECT_EQ(stream.PeekBytes(bytes, 1, 0), -1);
+  stream.Attach(bytes, 0, false);
+  EXPECT_FALSE(stream.IsOpen());
+  EXPECT_TRUE(stream.IsEof());
+  stream.Attach(bytes, 5, false);
+
+  const struct {
+    int64_t seek, skip;
+    size_t position;
+  } kMoves[] = {{-1, 0, 0}, {2, -3, 0}, {2, 2, 4},       {9, 0, 5},
+                {0, 6, 5},  {5, -5, 0}, {kFar, kFar, 5}, {1, kFarBack, 0}};
+  for (const auto& move : kMoves) {
+    stream.Seek(move.seek);
+    stream.Skip(move.skip);
+    EXPECT_EQ(stream.Tell(), move.position) << move.seek << " " << move.skip;
+  }
+  stream.Seek(3);
+  EXPECT_EQ(stream.PeekChar(1), 'e');
+  EXPECT_EQ(stream.PeekChar(-3), 'a');
+  for (int64_t outside : {int64_t{2}, int64_t{-4}, kFar, kFarBack}) {
+    EXPECT_EQ(stream.PeekChar(outside), '\0');
+  }
+  char copy[8] = {};
+  EXPECT_EQ(stream.PeekBytes(copy, 8, -2), 4);
+  EXPECT_STREQ(copy, "bcde");
+  EXPECT_EQ(stream.ReadChar(), 'd');
+  EXPECT_EQ(stream.ReadChar(), 'e');
+  EXPECT_EQ(stream.ReadChar(), '\0');
+  EXPECT_EQ(stream.Tell(), 5u);
+}
+
+TEST(MemoryStream, GrowsWithoutTouchingABorrowedBlock) {
+  char borrowed[] = "abc";
+  MemoryStream stream;
+  stream.Attach(borrowed, 3, false);
+  stream.Seek(1);
+  stream.SetGrowBy(1);
+  std::string expected = "a";
+  for (int i = 0; i < 3000; ++i) {
+    const std::string piece(static_cast<size_t>(i % 7), static_cast<char>('a' + i % 26));
+    EXPECT_EQ(stream.WriteBytes(piece.data(), piece.size()), static_cast<int64_t>(piece.size()));
+    expected += piece;
+  }
+  EXPECT_EQ(std::string(stream.data(), stream.size()), expected);
+  EXPECT_EQ(stream.WriteBytes("x", std::numeric_limits<size_t>::max()), -1);
+  EXPECT_EQ(stream.size(), expected.size());
+  stream.Attach(static_cast<char*>(std::calloc(2, 1)), 2, true);
+  stream.Skip(2);
+  stream.WriteBytes("3", 1);
+  EXPECT_EQ(std::string(stream.data(), stream.size()), "\0\0003"s);
+}
+
+TEST_F(SupportTest, LoadsWholeFilesOrSaysWhyNot) {
+  host::PutFile("C:\\a\\text", "x\0y"s);
+  host::PutFile("C:\\a\\empty", "");
+  size_t size = 0;
+  const auto bytes = LoadFile("C:\\a\\text", &size);
+  ASSERT_NE(bytes, nullptr);
+  EXPECT_EQ(std::string(bytes.get(), size + 1), "x\0y\0"s);
+
+  const auto failure = [](const std::string& path) {
+    size_t untouched = 55;
+    EXPECT_EQ(LoadFile(path, &untouched), nullptr) << path;
+    EXPECT_EQ(untouched, 55u);
+    return LastErrorText();
+  };
+  EXPECT_EQ(failure("C:\\a\\none"), "The file did not exist");
+  EXPECT_EQ(failure(""), "The file did not exist");
+  EXPECT_EQ(failure("C:\\a\\empty"), "The file was empty");
+  EXPECT_EQ(failure("C:\\a"), "The file could not be opened.");
+  host::FailReadsAfter(2);
+  EXPECT_EQ(failure("C:\\a\\text"), "The entire file could not be read.");
+  host::DenyOpening("C:\\a\\text");
+  EXPECT_EQ(failure("C:\\a\\text"), "The file could not be opened.");
+}
+
+TEST_F(SupportTest, FindsAndCreatesDirectories) {
+  host::PutFile("C:\\dir\\file", "x");
+  host::PutFile("\\\\server\\share\\x", "");
+  for (const char* path : {"C:", "c:\\", "Q:", "C:\\dir", "C:\\dir\\", "C:/dir//"}) {
+    EXPECT_TRUE(DirectoryExists(path)) << path;
+  }
+  for (const char* path : {"", "C:\\dir\\file", "C:\\none", "1:", "C"}) {
+    EXPECT_FALSE(DirectoryExists(path)) << path;
+  }
+  EXPECT_TRUE(FileExists("C:\\dir\\file"));
+  EXPECT_FALSE(FileExists(""));
+
+  for (const char* path :
+       {"C:\\new\\deep\\\\folder\\", "C:\\new\\deep", "C:\\", "\\\\server\\share\\scans\\today"}) {
+    EXPECT_TRUE(CreateDirectories(path)) << path;
+    EXPECT_TRUE(DirectoryExists(path)) << path;
+  }
+  host::DenyWriting("C:\\dir\\no");
+  std::string endless = "C:";
+  for (int i = 0; i < 20'000; ++i) endless += "\\" + std::string(300, 'x');
+  for (const std::string& path : {""s, "C:\\dir\\file"s, "C:\\dir\\file\\below"s, "C:\\dir\\no\\a"s,
+                                  "\\\\other"s, "\\\\other\\share"s, endless}) {
+    EXPECT_FALSE(CreateDirectories(path)) << path.substr(0, 50);
+  }
+}
+
+TEST_F(SupportTest, FormsPathsAndNames) {
+  EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x"), "C:\\s\\RAW.x");
+  for (const char* name : {"raw.X", "RAW_1.x", "RAW_3.x"}) host::PutFile("C:\\s\\"s + name, "");
+  EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x"), "C:\\s\\RAW_2.x");
+  int asked = 0;
+  const auto takenTwice = [](const std::string&, void* context) {
+    return ++*static_cast<int*>(context) <= 2;
+  };
+  EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x", takenTwice, &asked), "C:\\s\\RAW_2.x");
+
+  EXPECT_EQ(WithExtension("C:\\a.b\\c.RAW", "JPG"), "C:\\a.b\\c.JPG");
+  EXPECT_EQ(WithExtension("C:\\a.b\\c", "JPG"), "C:\\a.b\\c.JPG");
+  EXPECT_EQ(DirectoryOf("C:\\a/b.c") + "|" + FileNameOf("C:\\a/b.c"), "C:\\a|b.c");
+  EXPECT_EQ(DirectoryOf("b.c") + "|" + FileNameOf("b.c"), "|b.c");
+  EXPECT_TRUE(EqualIgnoringCase("zyr2000", "ZYR2000"));
+  EXPECT_FALSE(EqualIgnoringCase("ZYR200", "ZYR2000"));
+  EXPECT_FALSE(EqualIgnoringCase("[", "{"));
+}
+
+TEST_F(SupportTest, ReadsVersions) {
+  const auto display = [](const char* translation, const char* block, const char* text) {
+    host::VersionResource resource;
+    if (translation != nullptr) resource.translation = translation;
+    resource.strings[{block, "ProductVersion"}] = text;
+    host::SetVersionResource("C:\\m.ds", resource);
+    return GetFileVersionText("C:\\m.ds") + "|" + GetVersionDisplay("C:\\m.ds");
+  };
+  EXPECT_EQ(display("040704e4", "040704e4", "1.1.0.1"), "1.1.0.1|Version 1.1 Build 0");
+  EXPECT_EQ(display("040704e4", "040904B0", "2.3.4.5"), "2.3.4.5|Version 2.3 Build 4");
+  EXPECT_EQ(display(nullptr, "040904B0", "7.1"), "7.1|");
+  EXPECT_EQ(display(nullptr, "041104B0", "1.1.0.1"), "|");
+  EXPECT_TRUE(ParseVersionNumbers("10.20.4294967295"));
+  for (const char* text : {"", "1.2.", "1..2", "1,2,3", "a.b.c", "-1.2.3", "1.2.4294967296"}) {
+    EXPECT_FALSE(ParseVersionNumbers(text)) << text;
+  }
+}
+
+TEST_F(SupportTest, SaysWhyTheShellFailed) {
+  EXPECT_TRUE(ShellOpen("C:\\help.chm"));
+  const struct {
+    int answer;
+    uint32_t code;
+    const char* text;
+  } kCases[] = {
+      {0, 0, "Operating system is out of memory or resources"},
+      {2, 0x10000000, "Unable to find the file '100%.chm'"},
+      {3, 0x10000001, "Unable to find the path '100%.chm'"},
+      {31, 0xF0000000, "No file association was found"},
+      {29, 0xF0000001, "Unable to start application"},
+      {32, 0xF0000001, "Unable to start application"},
+  };
+  for (const auto& c : kCases) {
+    host::SetShellAnswer(c.answer);
+    EXPECT_FALSE(ShellOpen("100%.chm"));
+    EXPECT_EQ(LastErrorCode(), c.code) << c.answer;
+    EXPECT_EQ(LastErrorText(), c.text) << c.answer;
+  }
+}
+
+TEST_F(SupportTest, RemembersEscapeUntilReset) {
+  cancel_monitor::Reset();
+  EXPECT_FALSE(cancel_monitor::IsCancelled());
+  host::PressEscape();
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
+  EXPECT_TRUE(host::QueuedKeys().empty());
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
+  cancel_monitor::Reset();
+  EXPECT_FALSE(cancel_monitor::IsCancelled());
+}
+
+}  // namespace
+}  // namespace zyr
