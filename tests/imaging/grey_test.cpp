@@ -1,0 +1,54 @@
+#include "imaging/image/grey.h"
+
+#include "tests/imaging/imaging_test.h"
+
+namespace zyr {
+namespace {
+
+using GreyTest = ImagingTest;
+
+TEST_F(GreyTest, ColorsComeOutDarkerThanGreys) {
+  EXPECT_EQ(GreyFromRgb(255, 255, 255), 255);
+  EXPECT_EQ(GreyFromRgb(255, 255, 254), 247);
+  EXPECT_EQ(GreyFromRgb(255, 0, 0), 70);
+  EXPECT_EQ(GreyFromRgb(0, 255, 0), 149);
+  const uint8_t blue[] = {255, 0, 0};
+  EXPECT_EQ(GreyFromColor(blue), 27);
+}
+
+TEST_F(GreyTest, ConversionsLookUpEachPixel) {
+  for (const uint32_t bits : {1u, 8u, 24u}) {
+    const auto image = RandomImage(21, 5, bits, bits == 24 ? Palette{} : ColoredPalette(256));
+    const auto grey = ConvertToGrey8(*image, RecordProgress);
+    const auto colored = ConvertTo24(*image, nullptr);
+    ASSERT_TRUE(grey != nullptr && grey->IsGrey());
+    ASSERT_TRUE(colored != nullptr && colored->bitsPerPixel() == 24);
+    EXPECT_EQ(colored->xResolution(), 300u);
+    for (uint32_t y = 0; y < 5; ++y) {
+      for (uint32_t x = 0; x < 21; ++x) {
+        PaletteEntry color;
+        PaletteEntry actual;
+        ASSERT_TRUE(image->GetColor(x, y, &color));
+        ASSERT_TRUE(colored->GetColor(x, y, &actual));
+        EXPECT_EQ(actual, color);
+        EXPECT_EQ(grey->PictureRow(y)[x], GreyFromRgb(color.red, color.green, color.blue));
+      }
+    }
+  }
+  EXPECT_EQ(g_fractions.size(), 15u);
+}
+
+TEST_F(GreyTest, PixelsWithoutColor) {
+  const auto image = RandomImage(4, 4, 8, ColoredPalette(10));
+  std::memset(image->bits(), 5, 16);
+  image->SetByte(1, 2, 10);
+  EXPECT_FALSE(image->IsGrey());
+  EXPECT_EQ(ConvertTo24(*image, nullptr), nullptr);
+  EXPECT_EQ(ConvertToGrey8(*image, nullptr)->PictureRow(2)[1], 255);
+  EXPECT_EQ(ConvertToGrey8(CKIPImage(), nullptr), nullptr);
+  platform::host::PressEscapeAtQuestion(3);
+  EXPECT_EQ(ConvertToGrey8(*image, nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace zyr

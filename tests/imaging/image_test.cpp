@@ -1,0 +1,193 @@
+#include "imaging/image/image.h"
+
+#include "foundation/support/phrase_lookup.h"
+#include "tests/imaging/imaging_test.h"
+
+namespace zyr {
+namespace {
+
+using ImageTest = ImagingTest;
+namespace host = platform::host;
+
+TEST_F(ImageTest, NewImagesArePaddedAndWhite) {
+  const uint32_t cases[][4] = {{1, 8, 4, 3},  {4, 8, 4, 0},  {5, 8, 8, 3},  {1, 24, 4, 1},
+                               {4, 24, 12, 0}, {9, 1, 4, 2}, {32, 1, 4, 0}, {33, 1, 8, 3}};
+  CKIPImage image;
+  for (const auto& [width, bits, stride, padding] : cases) {
+    ASSERT_TRUE(image.Create(width, 3, bits));
+    EXPECT_EQ(image.rowPadding(), padding);
+    EXPECT_EQ(PixelBytes(image), Bytes(stride * 3, 0xFF));
+  }
+  Palette palette(256);
+  for (const uint8_t white : {255, 200, 3}) {  // the earlier of the last two stands
+    palette[white] = {254, 255, 255, 0};
+    image.SetPalette(palette);
+    ASSERT_TRUE(image.Create(5, 2, 8));
+    EXPECT_EQ(PixelBytes(image), Bytes(16, white));
+  }
+  EXPECT_EQ(image.GetTotalSize(), 16u + 1024u);
+}
+
+TEST_F(ImageTest, CreateRefusesBadSizesAndKeepsThePicture) {
+  CKIPImage image;
+  ASSERT_TRUE(image.Create("", 2, 2, 0, 300, 8));
+  SetPhraseLookup([](const char* text) { return "Falsch: " + std::string(text); });
+  EXPECT_FALSE(image.Create("new name", 0, 0, 1, 1, 16));
+  SetPhraseLookup(nullptr);
+  ExpectError(0x20000000, "Falsch: Invalid bits-per-pixel (16)");
+  EXPECT_EQ(image.name, "new name");
+  const uint32_t sizes[][3] = {{0, 5, 8},         {5, 0, 24},         {65536, 65536, 8},
+                               {0x80000000, 1, 1}, {0x55555556, 1, 24}, {1, 0x40000000, 8},
+                               {0xFFFFFFFF, 0xFFFFFFFF, 24}};
+  for (const auto& [width, height, bits] : sizes) {
+    EXPECT_FALSE(image.Create(width, height, bits));
+    ExpectError(0x20000001, "Invalid image dimensions (" + std::to_string(width) + "x" +
+                                std::to_string(height) + ")");
+  }
+  EXPECT_EQ(image.dataSize(), 8u);
+  uint32_t x = 0;
+  uint32_t y = 0;
+  image.GetResolutionPerMetre(&x, &y);
+  EXPECT_EQ(x, 39u);  // of 1 for 0
+  EXPECT_EQ(y, 11811u);
+  image.SetResolutionPerMetre(11811, 19);  // 19 rounds to 0
+  EXPECT_EQ(image.xResolution(), 300u);
+  EXPECT_EQ(image.yResolution(), 1u);
+}
+
+TEST_F(ImageTest, AccessorsCountFromTheTop) {
+  CKIPImage image;
+  ASSERT_TRUE(image.Create(10, 3, 1));
+  std::memset(image.bits(), 0, image.dataSize());
+  image.SetBit(9, 0, true);
+  EXPECT_EQ(image.bits()[2 * 4 + 1], 0x40);
+  image.SetByte(0, 2, 5);
+  EXPECT_EQ(image.bits()[0], 0x80);
+  uint8_t value = 9;
+  image.GetByte(0, 2, &value);
+  EXPECT_EQ(value, 1);
+  image.SetBit(0, 2, false);
+  EXPECT_FALSE(image.GetBit(0, 2));
+  EXPECT_FALSE(image.GetColor(0, 2, nullptr));
+
+  ASSERT_TRUE(image.Create(3, 2, 24));
+  image.SetRgb(1, 0, 0x030201);
+  EXPECT_EQ(image.bits()[12 + 3], 3);
+  EXPECT_EQ(image.bits()[12 + 5], 1);
+  image.SetBgr(1, 0, 0x010203);
+  PaletteEntry color;
+  ASSERT_TRUE(image.GetColor(1, 0, &color));
+  EXPECT_EQ(color, (PaletteEntry{3, 2, 1, 0}));
+}
+
+TEST_F(ImageTest, CheckedColorsTellWhatIsWrong) {
+  CKIPImage image;
+  EXPECT_FALSE(image.GetColorChecked(9, 9, nullptr));
+  ExpectError(0x20000005, "Invalid image specified");
+  ASSERT_TRUE(image.Create(3, 2, 8));
+  EXPECT_FALSE(image.GetColorChecked(3, 1, nullptr));
+  ExpectError(0x2000000E, "Image index out of range (3x1)");
+  EXPECT_FALSE(image.GetColorChecked(2, 2, nullptr));
+  ExpectError(0x2000000E, "Image index out of range (2x2)");
+  image.SetPalette(Palette(255));
+  EXPECT_FALSE(image.GetColorChecked(2, 1, nullptr));
+  ExpectError(0x2000000F, "Color index out of range (255 out of 255)");
+}
+
+TEST_F(ImageTest, NearestColorIsTheFirstOfTheNearest) {
+  CKIPImage image;
+  uint32_t index = 0;
+  EXPECT_FALSE(image.FindNearestPaletteIndex({}, &index));
+  image.SetPalette({{10, 10, 10, 0}, {20, 10, 10, 0}, {15, 10, 10, 0}, {15, 10, 10, 0}});
+  EXPECT_TRUE(image.FindNearestPaletteIndex({15, 10, 10, 0}, &index));
+  EXPECT_EQ(index, 2u);
+  image.SetPalette({{0, 0, 9, 0}, {12, 0, 0, 0}, {0, 10, 0, 0}, {10, 0, 0, 0}});
+  EXPECT_TRUE(image.FindNearestPaletteIndexRgb(0x0A0A0A, &index));
+  EXPECT_EQ(index, 2u);
+  ASSERT_TRUE(image.Create(1, 1, 8));
+  image.SetRgb(0, 0, 0x0B0000);
+  EXPECT_EQ(image.bits()[0], 1);
+}
+
+TEST_F(ImageTest, CopiesAndClones) {
+  for (const uint32_t bits : {1u, 8u, 24u}) {
+    const auto image = RandomImage(13, 7, bits, bits == 24 ? Palette{} : ColoredPalette(2));
+    image->flipped = true;
+    std::unique_ptr<CKIPImage> copies[] = {image->Clone(true), std::make_unique<CKIPImage>()};
+    copies[1]->SetPalette(ColoredPalette(9));
+    ASSERT_TRUE(copies[1]->Copy(*image));
+    for (const auto& copy : copies) {
+      EXPECT_EQ(PixelBytes(*copy), PixelBytes(*image));
+      EXPECT_EQ(copy->palette(), image->palette());
+      EXPECT_EQ(copy->name, "scan");
+      EXPECT_EQ(copy->yResolution(), 150u);
+      EXPECT_TRUE(copy->flipped);
+    }
+    const uint8_t white = bits == 8 ? 1 : 0xFF;  // the nearer of the two colours
+    EXPECT_EQ(PixelBytes(*image->Clone(false)), Bytes(image->dataSize(), white));
+  }
+  EXPECT_EQ(CKIPImage().Clone(true), nullptr);
+  EXPECT_FALSE(CKIPImage().Copy(CKIPImage()));
+}
+
+// Who frees too much or too little is caught by the sanitizer.
+TEST_F(ImageTest, TakeOverMovesEverything) {
+  auto* const source = RandomGrey(3, 4).release();
+  const Bytes pixels = PixelBytes(*source);
+  source->extra.extraData = std::malloc(8);
+  source->extra.extraOwned = true;
+  const auto target = RandomGrey(2, 2);
+  target->TakeOver(source, false);
+  EXPECT_EQ(PixelBytes(*target), pixels);
+  EXPECT_FALSE(source->IsValid());
+  source->TakeExtra(*target);
+  ASSERT_TRUE(source->Create(4, 4, 8));
+  EXPECT_TRUE(source->CopyPixelsFrom(*target));  // of as many bytes
+  target->TakeOver(source, true);
+  EXPECT_EQ(PixelBytes(*target), pixels);
+  EXPECT_TRUE(target->extra.extraOwned);
+  EXPECT_FALSE(target->CopyPixelsFrom(*RandomGrey(4, 5)));
+}
+
+TEST_F(ImageTest, CopyRectKeepsToTheImage) {
+  constexpr int32_t kRects[][4] = {{2, 1, 3, 2},  {-3, -2, 8, 20},      {7, 4, 30, 30},
+                                   {50, 0, 2, 2}, {INT32_MIN, 0, 2, 2}, {0, INT32_MAX, 2, 2}};
+  for (const uint32_t bits : {1u, 8u, 24u}) {
+    const auto image = RandomImage(9, 6, bits, bits == 24 ? Palette{} : ColoredPalette(256));
+    for (const auto& [left, top, width, height] : kRects) {
+      CKIPImage part;
+      ASSERT_TRUE(image->CopyRect(part, left, top, width, height));
+      const auto blank = part.Clone(false);
+      for (int64_t y = 0; y < height; ++y) {
+        for (int64_t x = 0; x < width; ++x) {
+          PaletteEntry expected;
+          PaletteEntry actual;
+          blank->GetColor(x, y, &expected);
+          const bool inside = left + x >= 0 && left + x < 9 && top + y >= 0 && top + y < 6;
+          if (inside) image->GetColor(left + x, top + y, &expected);
+          part.GetColor(x, y, &actual);
+          ASSERT_EQ(actual, expected) << bits << " " << left << " " << x << " " << y;
+        }
+      }
+    }
+    ASSERT_TRUE(image->CopyRect(*image, 1, 1, 2, 2));
+    EXPECT_EQ(image->width(), 2u);
+  }
+}
+
+TEST_F(ImageTest, DrawsFromItsOwnMemory) {
+  auto image = RandomImage(5, 3, 8, ColoredPalette(300));
+  int context = 0;
+  EXPECT_TRUE(image->StretchDIBits(&context, 1, 2, 3, 4, 0, 1, 5, 2));
+  image->flipped = true;
+  EXPECT_TRUE(image->Draw(&context, 10, 20, 50, 30));
+  ASSERT_EQ(host::DrawnDibs().size(), 2u);
+  EXPECT_EQ(host::DrawnDibs()[0].from.height, 2);
+  EXPECT_EQ(host::DrawnDibs()[1].from.height, -3);
+  EXPECT_EQ(host::DrawnDibs()[1].bits, PixelBytes(*image));
+  EXPECT_EQ(host::DrawnDibs()[1].palette.size(), 1024u);
+  EXPECT_FALSE(CKIPImage().Draw(&context, 0, 0, 1, 1));
+}
+
+}  // namespace
+}  // namespace zyr

@@ -1,0 +1,202 @@
+#include "imaging/image/packed_dib.h"
+
+#include <bit>
+
+#include "imaging/operations/flip.h"
+#include "tests/imaging/imaging_test.h"
+
+namespace zyr {
+namespace {
+
+using PackedDibTest = ImagingTest;
+
+// A block of exactly the bytes, so that the sanitizer sees a read behind them.
+std::unique_ptr<CKIPImage> Unpack(const Bytes& dib) {
+  const std::unique_ptr<uint8_t[]> exact(new uint8_t[dib.size()]);
+  std::copy(dib.begin(), dib.end(), exact.get());
+  return ImageFromPackedDib(exact.get(), dib.size());
+}
+
+Bytes Dib(const BitmapInfoHeader& header, const Bytes& body) {
+  Bytes dib(sizeof(header) + body.size());
+  std::memcpy(dib.data(), &header, sizeof(header));
+  std::copy(body.begin(), body.end(), dib.begin() + sizeof(header));
+  return dib;
+}
+
+BitmapInfoHeader Header(int32_t width, int32_t height, uint16_t bits, uint32_t compression = 0,
+                        uint32_t colors = 0, uint32_t size = 40) {
+  return {size, width, height, 1, bits, compression, 0, 0, 0, colors, 0};
+}
+
+TEST_F(PackedDibTest, ImagesSurviveTheRoundTrip) {
+  for (const uint32_t bits : {1u, 8u, 24u}) {
+    const auto image = RandomImage(19, 5, bits, ColoredPalette(bits == 1 ? 2 : 77));
+    const Bytes dib = TakeBytes(PackedDibFromImage(*image));
+    const uint32_t colors = bits == 24 ? 0 : image->colorCount();
+    ASSERT_EQ(dib.size(), 40u + 4 * colors + image->dataSize());
+    const uint32_t fields[] = {40, 19, 5, 1 | bits << 16, 0, 0, 11811, 5906, colors, colors};
+    EXPECT_EQ(std::memcmp(dib.data(), fields, sizeof(fields)), 0);
+    const auto back = Unpack(dib);
+    ASSERT_NE(back, nullptr);
+    EXPECT_EQ(PixelBytes(*back), PixelBytes(*image));
+    EXPECT_EQ(back->xResolution(), 300u);
+    EXPECT_EQ(back->palette(), bits == 24 ? Palette{} : image->palette());
+
+    EXPECT_EQ(TakeBytes(PackedDibFromImage(*image, nullptr, RowOrder::kReversed)),
+              TakeBytes(PackedDibFromImage(*FlipVertical(*image, nullptr))));
+  }
+  const auto grey = RandomGrey(3, 3);
+  const Palette other = ColoredPalette(4);
+  const Bytes dib = TakeBytes(PackedDibFromImage(*grey, &other));
+  EXPECT_EQ(dib[32], 4);
+  EXPECT_EQ(std::memcmp(dib.data() + 40, other.data(), 16), 0);
+}
+
+TEST_F(PackedDibTest, DeepImagesSurviveTheRoundTrip) {
+  CKIPDeepImage image;
+  ASSERT_TRUE(image.Create(5, 3, 9, 12, 300, 0));
+  for (int i = 0; i < 27; ++i) image.GetPixels()[i] = Random(4096) & 0xFFF;
+  *image.GetPixelPtr(2, 2) = 0xFFF;
+  const Bytes dib = TakeBytes(PackedDibFromDeepImage(image));
+  ASSERT_EQ(dib.size(), 40u + 12 * 3);
+  EXPECT_EQ(dib[14], 16);
+  EXPECT_EQ(dib[40 + 10], 0);  // padding
+  const auto back = DeepImageFromPackedDib(dib.data(), dib.size());
+  const auto reduced = Unpack(dib);
+  ASSERT_TRUE(back != nullptr && reduced != nullptr);
+  EXPECT_EQ(back->GetStride(), 6u);
+  EXPECT_EQ(back->GetBits(), 16u);
+  EXPECT_EQ(back->GetXResolution(), 300u);
+  EXPECT_EQ(back->GetYResolution(), 0u);
+  EXPECT_EQ(reduced->yResolution(), 1u);
+  for (uint32_t y = 0; y < 3; ++y) {
+    for (uint32_t x = 0; x < 5; ++x) {
+      EXPECT_EQ(*back->GetPixelPtr(x, y), *image.GetPixelPtr(x, y));
+      EXPECT_EQ(reduced->MemoryRow(y)[x], *image.GetPixelPtr(x, y) >> 4);
+    }
+  }
+}
+
+TEST_F(PackedDibTest, ThirtyTwoBitsGoThroughTheMasks) {
+  struct Case {
+    uint32_t compression;
+    uint32_t masks[3];  // red, green, blue
+  };
+  const Case cases[] = {{0, {0xFF0000, 0xFF00, 0xFF}},
+                        {3, {0xFF, 0xFF00, 0xFF000000}},
+                        {3, {0x3FF00000, 0xFFC00, 0x3FF}},
+                        {3, {0, 0x80000000, 0xFFFFFFFF}}};
+  for (const auto& [compression, masks] : cases) {
+    Bytes body(compression == 3 ? 12 : 0);
+    std::copy_n(reinterpret_cast<const uint8_t*>(masks), body.size(), body.begin());
+    for (int i = 0; i < 3 * 2 * 4; ++i) body.push_back(Random(256) & 0xFF);
+    const auto image = Unpack(Dib(Header(3, -2, 32, compression), body));
+    ASSERT_NE(image, nullptr);
+    for (uint32_t i = 0; i < 18; ++i) {
+      uint64_t pixel = 0;
+      std::memcpy(&pixel, &body[body.size() - 24 + i / 3 * 4], 4);
+      const uint32_t mask = masks[2 - i % 3];
+      const uint64_t expected = (pixel & mask) >> std::countr_zero(mask);
+      EXPECT_EQ(image->MemoryRow(i / 9)[i % 9], expected & 0xFF) << masks[0] << " " << i;
+    }
+  }
+}
+
+TEST_F(PackedDibTest, ForeignHeaders) {
+  // A table that 24 bits do not need, a longer header, and more colours than there are values.
+  auto image = Unpack(Dib(Header(1, 1, 24, 0, 2), {1, 1, 1, 0, 2, 2, 2, 0, 7, 8, 9, 0}));
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->bits()[0], 7);
+  EXPECT_EQ(image->colorCount(), 0u);
+  image = Unpack(Dib(Header(1, 1, 24, 0, 0, 44), {1, 1, 1, 1, 7, 8, 9, 0}));
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->bits()[0], 7);
+  image = Unpack(Dib(Header(1, 1, 8, 0, 300), Bytes(1204)));
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->colorCount(), 256u);
+}
+
+TEST_F(PackedDibTest, RefusesWhatItCannotRead) {
+  const auto expectRefused = [](const BitmapInfoHeader& header, uint32_t code, const char* text) {
+    EXPECT_EQ(Unpack(Dib(header, Bytes(1100))), nullptr) << header.biWidth;
+    ExpectError(code, text);
+  };
+  expectRefused(Header(2, 2, 24, 1), 0x20000004, "Unsupported compression");
+  expectRefused(Header(2, 2, 4), 0x20000002, "Unsupported number of color bits 4");
+  expectRefused(Header(0, 2, 8), 0x20000001, "Invalid image dimensions (0x2)");
+  BitmapInfoHeader header = Header(2, 2, 24);
+  header.biPlanes = 2;
+  expectRefused(header, 0x20000003, "Unsupported number of bit planes 2");
+  for (const uint16_t bits : {1, 8, 16, 24, 32}) {
+    for (const int32_t size : {INT32_MIN, INT32_MAX, -0x10000000, 0x10000, 1000}) {
+      expectRefused(Header(size, size, bits), 0x20000005, "Invalid image specified");
+      expectRefused(Header(1, size, bits, 3), 0x20000005, "Invalid image specified");
+    }
+    for (const uint32_t lie : {39u, 1138u, 0xFFFFFFFFu}) {
+      expectRefused(Header(1, 1, bits, 0, 0, lie), 0x20000005, "Invalid image specified");
+    }
+    if (bits == 16) continue;  // has no colours
+    expectRefused(Header(1, 1, bits, 0, 0xFFFFFFFF), 0x20000005, "Invalid image specified");
+  }
+  EXPECT_EQ(ImageFromPackedDib(nullptr, 1000), nullptr);
+  ExpectError(0x20000005, "Invalid image specified");
+}
+
+TEST_F(PackedDibTest, RefusesEveryShortBlock) {
+  for (const uint16_t bits : {1, 8, 16, 24, 32}) {
+    const uint32_t compression = bits == 32 ? 3 : 0;
+    const size_t table = bits == 32 ? 12 : bits < 16 ? size_t{4} << bits : 0;
+    const size_t rows = 3 * ((5 * bits + 31) / 32 * 4);
+    const Bytes dib = Dib(Header(5, 3, bits, compression), Bytes(table + rows, 0x55));
+    EXPECT_NE(Unpack(dib), nullptr);
+    for (size_t size = 0; size < dib.size(); ++size) {
+      ASSERT_EQ(Unpack({dib.begin(), dib.begin() + size}), nullptr) << bits << " " << size;
+    }
+  }
+}
+
+TEST_F(PackedDibTest, HandlesTellWhyTheyFail) {
+  namespace host = platform::host;
+  std::string message;
+  EXPECT_EQ(ImageFromPackedDibHandle(nullptr, &message), nullptr);
+  EXPECT_EQ(message, "No image was specified");
+  const auto image = RandomGrey(3, 3);
+  const platform::GlobalHandle handle = PackedDibFromImage(*image);
+  EXPECT_EQ(PixelBytes(*ImageFromPackedDibHandle(handle, &message)), PixelBytes(*image));
+  EXPECT_EQ(DeepImageFromPackedDibHandle(handle, &message), nullptr);
+  EXPECT_EQ(message, "Invalid image was specified");
+  host::FailNextLocks(1);
+  EXPECT_EQ(ImageFromPackedDibHandle(handle, &message), nullptr);
+  EXPECT_EQ(message,
+            "Out of memory.  Not enough memory was available to operate on the image.");
+  platform::FreeBlock(handle);
+  host::FailNextAllocations(1);
+  EXPECT_EQ(PackedDibFromImage(*image), nullptr);
+  EXPECT_EQ(PackedDibFromImage(CKIPImage()), nullptr);
+}
+
+TEST_F(PackedDibTest, LoadsBitmapResources) {
+  const auto module = platform::host::HostProgramResources();
+  const auto source = RandomImage(5, 3, 8, ColoredPalette(20));
+  const Bytes bytes = TakeBytes(PackedDibFromImage(*source));
+  CKIPImage image;
+  for (size_t size = 1; size <= bytes.size(); ++size) {
+    const auto id = static_cast<uint16_t>(size);
+    platform::host::AddBitmap(module, id, {bytes.begin(), bytes.begin() + size});
+    ASSERT_EQ(image.LoadFromResource(id), size == bytes.size()) << size;
+    if (size < bytes.size()) ExpectError(0x20000005, "Invalid image specified");
+  }
+  EXPECT_EQ(PixelBytes(image), PixelBytes(*source));
+  EXPECT_EQ(image.palette(), source->palette());
+  EXPECT_EQ(image.xResolution(), 300u);
+  uint32_t error = 0;
+  platform::BitmapResource("MISSING", &error);
+  EXPECT_NE(error, 0u);
+  EXPECT_FALSE(image.LoadFromResource("MISSING"));
+  ExpectError(0x20000005, "Unable to load the bitmap from the application resources (error = " +
+                              std::to_string(error) + ").");
+}
+
+}  // namespace
+}  // namespace zyr

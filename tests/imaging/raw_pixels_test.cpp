@@ -1,0 +1,175 @@
+#include "imaging/image/raw_pixels.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "imaging/operations/depth_mapper.h"
+#include "tests/imaging/imaging_test.h"
+
+namespace zyr {
+namespace {
+
+using RawPixelsTest = ImagingTest;
+using Samples = std::vector<uint16_t>;
+
+constexpr uint32_t kWidth = 67;
+constexpr uint32_t kHeight = 19;
+constexpr uint32_t kPad = 3;  // all bits set there, which must not count
+constexpr uint32_t kRow = kWidth + kPad;
+
+Samples RandomSamples(uint32_t limit) {
+  Samples samples(kRow * kHeight, 0xFFFF);
+  for (uint32_t i = 0; i < samples.size(); ++i) {
+    if (i % kRow < kWidth) samples[i] = Random(limit) & 0xFFFF;
+  }
+  return samples;
+}
+
+uint32_t SlowDepth(const Samples& samples, const DepthMapping& mapping) {
+  uint32_t depth = 1;
+  for (uint32_t i = 0; i < samples.size(); ++i) {
+    const uint32_t value = mapping.positive ? samples[i] : 0xFFFFu - samples[i];
+    for (uint32_t bit = 0; bit < mapping.bits && i % kRow < kWidth; ++bit) {
+      if (value >> bit & 1) depth = std::max(depth, bit + 1);
+    }
+  }
+  return mapping.detectDepth ? depth : mapping.bits;
+}
+
+// The mapping in its plainest form, one sample at a time.
+int SlowLevel(uint32_t sample, uint32_t depth, const DepthMapping& mapping) {
+  const uint32_t low = mapping.detectDepth ? 0 : mapping.lowBit;
+  const uint32_t size = 1u << (depth - low);
+  const uint32_t index = sample >> low;
+  if (index >= size) return mapping.positive ? 0 : 255;
+  int level = size >= 256 ? static_cast<int>(index * 256 / size)
+                          : static_cast<int>(index * (1.0 / (size - 1)) * 255);
+  if (!mapping.positive) level = 255 - level;
+  if (mapping.brightness != 0 || mapping.contrast != 0) {
+    const double b = mapping.brightness * 0.01 * 255;
+    const double value = level + (level - 128) * (mapping.contrast * 0.01) + b;
+    level = static_cast<int>(std::max(0.0, std::min(value, 255.0)) + 0.5);
+  }
+  if (mapping.gamma != 0 && mapping.gamma != 1) {
+    const double value = std::pow(level * 0.00392156862745098, 1 / mapping.gamma) * 255;
+    level = static_cast<int>(std::min(value, 255.0));
+  }
+  return level;
+}
+
+void ExpectMapped(const Samples& samples, const DepthMapping& mapping, const std::string& what) {
+  const auto image = ImageFromRaw16(samples.data(), kWidth, kHeight, kPad, 0, 300, mapping);
+  ASSERT_TRUE(image != nullptr && image->IsGrey());
+  EXPECT_EQ(image->xResolution(), 1u);
+  ASSERT_EQ(image->width(), mapping.transpose ? kHeight : kWidth);
+  const uint32_t depth = SlowDepth(samples, mapping);
+  for (uint32_t y = 0; y < kHeight; ++y) {
+    for (uint32_t x = 0; x < kWidth; ++x) {
+      const uint16_t sample = samples[y * kRow + x];
+      const int expected = SlowLevel(sample, depth, mapping);
+      const uint32_t from = kHeight - 1 - y;
+      const int actual = mapping.transpose ? image->PictureRow(x)[from] : image->PictureRow(from)[x];
+      ASSERT_EQ(actual, mapping.invert ? 255 - expected : expected) << what << " of " << sample;
+    }
+  }
+}
+
+TEST_F(RawPixelsTest, SixteenBitsAreReducedToTheDepthInUse) {
+  for (uint32_t limitBits = 1; limitBits <= 16; ++limitBits) {
+    const Samples samples = RandomSamples(1u << limitBits);
+    for (const uint32_t bits : {16u, 12u, 8u, 1u}) {
+      for (int flags = 0; flags < 16; ++flags) {
+        DepthMapping mapping;
+        mapping.bits = bits;
+        mapping.positive = (flags & 1) != 0;
+        mapping.invert = (flags & 2) != 0;
+        mapping.transpose = (flags & 4) != 0;
+        mapping.detectDepth = (flags & 8) != 0;
+        mapping.lowBit = bits > 9 ? limitBits % 6 : 0;
+        ExpectMapped(samples, mapping, std::to_string(bits) + "/" + std::to_string(flags));
+      }
+    }
+  }
+}
+
+TEST_F(RawPixelsTest, LevelsAreRewritten) {
+  struct Case {
+    int32_t brightness, contrast;
+    double gamma;
+  };
+  const Case cases[] = {{10, 0, 0}, {-35, 40, 1}, {0, -100, 0}, {0, 0, 2.2}, {500, 3000, 0.4}};
+  for (const uint32_t limit : {16u, 4096u, 65536u}) {
+    for (const auto& [brightness, contrast, gamma] : cases) {
+      DepthMapping mapping;
+      mapping.brightness = brightness;
+      mapping.contrast = contrast;
+      mapping.gamma = gamma;
+      mapping.positive = limit != 4096;
+      ExpectMapped(RandomSamples(limit), mapping, std::to_string(brightness));
+    }
+  }
+}
+
+TEST_F(RawPixelsTest, DepthsAtTheEdges) {
+  const auto mapper = std::make_unique<CKIPDepthMapper>();
+  const uint16_t black[12] = {};
+  mapper->Prepare(black, 4, 3, 0, {});
+  EXPECT_EQ(mapper->highBit(), 1u);
+  EXPECT_EQ(mapper->Map(1, true), 255);
+  EXPECT_EQ(mapper->Map(2, true), 0);
+  EXPECT_EQ(mapper->Map(2, false), 255);
+  DepthMapping mapping;  // more than there are bits, and no range
+  mapping.detectDepth = false;
+  mapping.bits = 40;
+  mapping.lowBit = 99;
+  mapping.gamma = -1;
+  mapper->Prepare(black, 4, 3, 0, mapping);
+  EXPECT_EQ(mapper->Map(0x8000, true), 255);
+
+  CKIPDeepImage deep;
+  ASSERT_TRUE(deep.Create(3, 2, 5, 9, 0, 150));
+  std::fill_n(deep.GetPixels(), 10, uint16_t{0x1FF});
+  *deep.GetPixelPtr(1, 1) = 0xF080;  // beyond the declared depth
+  const auto image = ImageFromDeepImage(deep, {});
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->yResolution(), 150u);
+  EXPECT_EQ(image->MemoryRow(0)[2], 255);
+  EXPECT_EQ(image->MemoryRow(1)[1], 0);
+}
+
+TEST_F(RawPixelsTest, EightBitsGoInAndOut) {
+  Bytes buffer((7 + 3) * 5);  // 7 x 5 and 3 of padding
+  for (uint8_t& byte : buffer) byte = Random(256) & 0xFF;
+  const auto top = ImageFromRaw8(buffer.data(), 7, 5, false, 3, 0, 300, FirstRow::kTop);
+  const auto image = ImageFromRaw8(buffer.data(), 7, 5, true, 3, 1, 1, FirstRow::kBottom);
+  ASSERT_TRUE(top != nullptr && top->IsGrey() && image != nullptr);
+  EXPECT_EQ(top->xResolution(), 1u);
+  Bytes back = buffer;
+  for (uint32_t y = 0; y < 5; ++y) {
+    for (uint32_t x = 0; x < 7; ++x) {
+      EXPECT_EQ(top->PictureRow(y)[x], 255 - buffer[y * 10 + x]);
+      EXPECT_EQ(image->MemoryRow(y)[x], buffer[y * 10 + x]);
+      back[y * 10 + x] = 0;
+    }
+  }
+  EXPECT_TRUE(CopyImageToRaw8(*image, back.data(), 3, RecordProgress));
+  EXPECT_EQ(back, buffer);
+  EXPECT_EQ(g_fractions, (std::vector<double>{0, 0.2, 0.4, 3 / 5.0, 0.8}));
+  EXPECT_FALSE(CopyImageToRaw8(*RandomImage(7, 5, 24), back.data(), 3));
+  platform::host::PressEscapeAtQuestion(5);
+  EXPECT_FALSE(CopyImageToRaw8(*image, back.data(), 3));
+}
+
+TEST_F(RawPixelsTest, FailuresLeaveNothing) {
+  const Samples samples(64);
+  EXPECT_EQ(ImageFromRaw16(nullptr, 8, 8, 0, 1, 1, {}), nullptr);
+  ExpectError(1, "NULL image pointer specified");
+  EXPECT_EQ(ImageFromRaw16(samples.data(), 0, 8, 0, 1, 1, {}), nullptr);
+  ExpectError(0x20000001, "Invalid image dimensions (0x8)");
+  platform::host::PressEscapeAtQuestion(8);
+  EXPECT_EQ(ImageFromRaw16(samples.data(), 8, 8, 0, 1, 1, {}), nullptr);
+  EXPECT_NE(ImageFromRaw16(samples.data(), 8, 8, 0, 1, 1, {}), nullptr);
+}
+
+}  // namespace
+}  // namespace zyr

@@ -1,0 +1,100 @@
+#include "imaging/formats/tiff.h"
+
+#include <tiffio.h>
+
+#include "tests/imaging/imaging_test.h"
+
+namespace zyr {
+namespace {
+
+using TiffTest = ImagingTest;
+namespace host = platform::host;
+
+constexpr char kPath[] = R"(C:\out\picture.tif)";
+
+using TiffFile = std::unique_ptr<TIFF, decltype(&TIFFClose)>;
+
+TiffFile SaveAndOpen(CKIPImage& image) {
+  CKIPTiffSaver saver;
+  saver.imageDescription = "Tooth 11";
+  saver.artist = "Practice";
+  EXPECT_TRUE(saver.Save(kPath, &image, nullptr)) << LastImageErrorText();
+  return {TIFFOpen(host::NativeOf(kPath).string().c_str(), "r"), TIFFClose};
+}
+
+template <typename Value>
+Value Get(const TiffFile& tiff, uint32_t tag) {
+  Value value{};
+  EXPECT_TRUE(TIFFGetField(tiff.get(), tag, &value)) << tag;
+  return value;
+}
+
+TEST_F(TiffTest, TagsAndRowsReadBack) {
+  struct Case {
+    uint32_t bits;
+    Palette palette;
+    uint16_t photometric;
+  };
+  const Case cases[] = {{1, {{0, 0, 0, 0}, {255, 255, 255, 0}}, PHOTOMETRIC_MINISBLACK},
+                        {1, {{255, 255, 255, 0}, {0, 0, 0, 0}}, PHOTOMETRIC_MINISWHITE},
+                        {1, {}, PHOTOMETRIC_MINISBLACK},
+                        {8, NewIdentityPalette(), PHOTOMETRIC_MINISBLACK},
+                        {8, ColoredPalette(200), PHOTOMETRIC_PALETTE},
+                        {24, {}, PHOTOMETRIC_RGB}};
+  for (const Case& one : cases) {
+    const auto image = RandomImage(37, 21, one.bits, one.palette);
+    const TiffFile tiff = SaveAndOpen(*image);
+    ASSERT_NE(tiff, nullptr);
+    EXPECT_EQ(Get<uint32_t>(tiff, TIFFTAG_IMAGEWIDTH), 37u);
+    EXPECT_EQ(Get<uint32_t>(tiff, TIFFTAG_IMAGELENGTH), 21u);
+    EXPECT_EQ(Get<uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP), 1u);
+    EXPECT_EQ(Get<float>(tiff, TIFFTAG_XRESOLUTION), 300.0f);
+    EXPECT_EQ(Get<float>(tiff, TIFFTAG_YRESOLUTION), 150.0f);
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT), 2);
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_ORIENTATION), 1);
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_COMPRESSION), 1);
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_PLANARCONFIG), 1);
+    EXPECT_STREQ(Get<const char*>(tiff, TIFFTAG_IMAGEDESCRIPTION), "Tooth 11");
+    EXPECT_STREQ(Get<const char*>(tiff, TIFFTAG_ARTIST), "Practice");
+    EXPECT_STREQ(Get<const char*>(tiff, TIFFTAG_SOFTWARE), "Korvida Imaging Package");
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_PHOTOMETRIC), one.photometric);
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE), one.bits == 1 ? 1 : 8);
+    EXPECT_EQ(Get<uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL), one.bits == 24 ? 3 : 1);
+
+    Bytes row(TIFFScanlineSize(tiff.get()));
+    ASSERT_EQ(row.size(), image->stride() - image->rowPadding());
+    for (uint32_t y = 0; y < 21; ++y) {
+      ASSERT_EQ(TIFFReadScanline(tiff.get(), row.data(), y), 1);
+      for (size_t i = 0; one.bits == 24 && i < row.size(); i += 3) std::swap(row[i], row[i + 2]);
+      ASSERT_EQ(std::memcmp(row.data(), image->PictureRow(y), row.size()), 0);
+    }
+  }
+}
+
+TEST_F(TiffTest, ColorMapHoldsBytes) {
+  const auto image = RandomImage(5, 5, 8, ColoredPalette(300));
+  uint16_t* maps[3];
+  TiffFile tiff = SaveAndOpen(*image);
+  ASSERT_TRUE(TIFFGetField(tiff.get(), TIFFTAG_COLORMAP, &maps[0], &maps[1], &maps[2]));
+  for (size_t i = 0; i < 256; ++i) {
+    EXPECT_EQ(maps[0][i], image->palette()[i].red);
+    EXPECT_EQ(maps[1][i], image->palette()[i].green);
+    EXPECT_EQ(maps[2][i], image->palette()[i].blue);
+  }
+  tiff.reset();
+  tiff = SaveAndOpen(*RandomGrey(5, 5));
+  EXPECT_FALSE(TIFFGetField(tiff.get(), TIFFTAG_COLORMAP, &maps[0], &maps[1], &maps[2]));
+}
+
+TEST_F(TiffTest, UnknownCompressionIsAWriteFailure) {
+  CKIPTiffSaver saver;
+  saver.compression = 12345;
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(saver.Save(kPath, RandomGrey(5, 5).get(), nullptr));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  ExpectError(0x10000007, R"(Unable to write the image to the file 'C:\out\picture.tif')");
+  EXPECT_FALSE(host::FileBytes(kPath).has_value());
+}
+
+}  // namespace
+}  // namespace zyr
