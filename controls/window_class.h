@@ -1,0 +1,21 @@
+// A window class of this module.
+#pragma once
+
+#include <windows.h>
+
+namespace zyr {
+
+// Registered while the object lives: Windows keeps a DLL's classes after the DLL is gone, with window
+// procedures that are no more. Windows of the class must be gone first.
+class WindowClass {
+ public:
+  WindowClass(const char* name, WNDPROC procedure);
+  ~WindowClass();
+  WindowClass(const WindowClass&) = delete;
+  WindowClass& operator=(const WindowClass&) = delete;
+
+ private:
+  const char* name_;
+};
+
+}  // namespace zyr
