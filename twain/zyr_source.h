@@ -1,0 +1,56 @@
+// ZyrTwainSource: the source of the ZYR sensors, with its capture dialog and its images.
+#pragma once
+
+#include <memory>
+
+#include "acquire/capture_dialog/capture_dialog.h"
+#include "acquire/image_cache/image_cache.h"
+#include "platform/resources.h"
+#include "twain/source.h"
+
+namespace zyr {
+
+class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
+ public:
+  // `images` must outlive the source.
+  ZyrTwainSource(ImageCache& images, CaptureDialogViewFactory makeView);
+  ~ZyrTwainSource() override;
+
+  TW_UINT16 DISPATCHMSG_ImageInfo(const Triplet& triplet) override;
+  TW_UINT16 DISPATCHMSG_ImageLayout(const Triplet& triplet) override;
+  TW_UINT16 DISPATCHMSG_ImageMemXfer(const Triplet& triplet) override;
+  TW_UINT16 DISPATCHMSG_ImageFileXfer(const Triplet& triplet) override;
+  TW_UINT16 DISPATCHMSG_ImageNativeXfer(const Triplet& triplet) override;
+  TW_UINT16 DISPATCHMSG_Palette8(const Triplet& triplet) override;
+  TW_UINT16 DISPATCHMSG_ExtImageInfo(const Triplet& triplet) override;
+  TW_UINT16 EnableDS(const Triplet& triplet) override;
+  TW_UINT16 CloseDS(const Triplet& triplet) override;
+  TW_UINT16 GetNumberOfTransfersAvailable() override;
+  void ClearCurrentImage() override;
+  void AbortTransfers() override;
+  bool Initialize() override;
+  void LoadDefaultOptions() override;
+  void NotifyXferReady() override;
+  void NotifyCloseDSReq() override;
+
+ private:
+  TW_UINT16 OpenDialog(platform::ResourceModule previousResources);
+  bool CreateOrDrop(CaptureDialog& dialog);
+  TW_UINT16 FailToOpenDialog(platform::ResourceModule previousResources);
+  void DropDialog();
+
+  // The image that the triplets speak of; without one the call fails, with a line in the trace.
+  CachedImage* CurrentImageOrFail(const char* logLine);
+  TW_UINT16 TransferNative(const Triplet& triplet);
+  TW_UINT16 TransferFile(const Triplet& triplet);
+  TW_UINT16 TransferStrip(const Triplet& triplet);
+  // The common end of the three transfers, failed ones too.
+  TW_UINT16 FinishTransfer(TW_UINT16 result);
+
+  ImageCache& images_;
+  CaptureDialogViewFactory makeView_;
+  std::shared_ptr<CaptureDialog> dialog_;
+  bool imageWasCleared_ = false;  // since the module was loaded
+};
+
+}  // namespace zyr
