@@ -68,3 +68,12 @@ function(zyr_program name)
   zyr_own_code(${name})
   zyr_link(${name} ${arg_LINKS})
 endfunction()
+
+# zyr_add_resources(<target>): the dialogs and the rest of resources/, for the module and for tests that open windows.
+function(zyr_add_resources target)
+  # windres tells no dependencies: every part counts as one of every script.
+  file(GLOB_RECURSE parts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*)
+  list(FILTER parts EXCLUDE REGEX "\\.rc$")
+  set_source_files_properties(${resource_scripts} PROPERTIES OBJECT_DEPENDS "${parts}")
+  target_sources(${target} PRIVATE ${resource_scripts})
+endfunction()

@@ -1,5 +1,6 @@
 #include "platform/messages.h"
 
+#include "platform/global_memory.h"
 #include "platform/win32/system.h"
 
 namespace zyr::platform {
@@ -22,7 +23,7 @@ intptr_t SendToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_
 }
 
 bool OfferToDialog(Window dialog, void* event) {
-  return IsWindowAlive(dialog) && event != nullptr &&
+  return IsWindowAlive(dialog) && IsReadable(event, sizeof(MSG)) &&
          IsDialogMessageA(static_cast<HWND>(dialog), static_cast<MSG*>(event));
 }
 

@@ -1,9 +1,7 @@
 // The small helpers: memory stream, whole files and paths, versions, shell, cancel monitor.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -24,10 +22,7 @@ using namespace std::string_literals;
 class SupportTest : public testing::Test {
  protected:
   void SetUp() override { host::ResetAll(); }
-  void TearDown() override {
-    EXPECT_EQ(host::CountsOfFiles().openHandles, 0);
-    host::ResetAll();
-  }
+  void TearDown() override { EXPECT_EQ(host::CountsOfFiles().openHandles, 0); }
 };
 
 TEST(MemoryStream, StopsAtBothEnds) {
@@ -35,34 +30,29 @@ TEST(MemoryStream, StopsAtBothEnds) {
   constexpr int64_t kFarBack = std::numeric_limits<int64_t>::min();
   char bytes[] = "abcde";
   MemoryStream stream;
-  EXPECT_EQ(stream.PeekBytes(bytes, 1, 0), -1);
   stream.Attach(bytes, 0, false);
   EXPECT_FALSE(stream.IsOpen());
   EXPECT_TRUE(stream.IsEof());
+  EXPECT_EQ(stream.PeekBytes(bytes, 1, 0), -1);
   stream.Attach(bytes, 5, false);
 
   const struct {
     int64_t seek, skip;
     size_t position;
-  } kMoves[] = {{-1, 0, 0}, {2, -3, 0}, {2, 2, 4},       {9, 0, 5},
-                {0, 6, 5},  {5, -5, 0}, {kFar, kFar, 5}, {1, kFarBack, 0}};
+  } kMoves[] = {{-1, 0, 0}, {2, -3, 0}, {2, 2, 4}, {9, 0, 5}, {kFar, kFar, 5}, {1, kFarBack, 0}};
   for (const auto& move : kMoves) {
     stream.Seek(move.seek);
     stream.Skip(move.skip);
     EXPECT_EQ(stream.Tell(), move.position) << move.seek << " " << move.skip;
   }
   stream.Seek(3);
-  EXPECT_EQ(stream.PeekChar(1), 'e');
-  EXPECT_EQ(stream.PeekChar(-3), 'a');
   for (int64_t outside : {int64_t{2}, int64_t{-4}, kFar, kFarBack}) {
     EXPECT_EQ(stream.PeekChar(outside), '\0');
   }
   char copy[8] = {};
   EXPECT_EQ(stream.PeekBytes(copy, 8, -2), 4);
   EXPECT_STREQ(copy, "bcde");
-  EXPECT_EQ(stream.ReadChar(), 'd');
-  EXPECT_EQ(stream.ReadChar(), 'e');
-  EXPECT_EQ(stream.ReadChar(), '\0');
+  for (char expected : {'d', 'e', '\0'}) EXPECT_EQ(stream.ReadChar(), expected);
   EXPECT_EQ(stream.Tell(), 5u);
 }
 
@@ -73,18 +63,14 @@ TEST(MemoryStream, GrowsWithoutTouchingABorrowedBlock) {
   stream.Seek(1);
   stream.SetGrowBy(1);
   std::string expected = "a";
-  for (int i = 0; i < 3000; ++i) {
-    const std::string piece(static_cast<size_t>(i % 7), static_cast<char>('a' + i % 26));
+  for (size_t i = 0; i < 3000; ++i) {
+    const std::string piece(i % 7, static_cast<char>('a' + i % 26));
     EXPECT_EQ(stream.WriteBytes(piece.data(), piece.size()), static_cast<int64_t>(piece.size()));
     expected += piece;
   }
-  EXPECT_EQ(std::string(stream.data(), stream.size()), expected);
   EXPECT_EQ(stream.WriteBytes("x", std::numeric_limits<size_t>::max()), -1);
-  EXPECT_EQ(stream.size(), expected.size());
-  stream.Attach(static_cast<char*>(std::calloc(2, 1)), 2, true);
-  stream.Skip(2);
-  stream.WriteBytes("3", 1);
-  EXPECT_EQ(std::string(stream.data(), stream.size()), "\0\0003"s);
+  EXPECT_EQ(std::string(stream.data(), stream.size()), expected);
+  EXPECT_STREQ(borrowed, "abc");
 }
 
 TEST_F(SupportTest, LoadsWholeFilesOrSaysWhyNot) {
@@ -95,28 +81,21 @@ TEST_F(SupportTest, LoadsWholeFilesOrSaysWhyNot) {
   ASSERT_NE(bytes, nullptr);
   EXPECT_EQ(std::string(bytes.get(), size + 1), "x\0y\0"s);
 
-  const auto failure = [](const std::string& path) {
-    size_t untouched = 55;
-    EXPECT_EQ(LoadFile(path, &untouched), nullptr) << path;
-    EXPECT_EQ(untouched, 55u);
+  const auto failure = [&](const char* path) {
+    EXPECT_EQ(LoadFile(path, &size), nullptr) << path;
     return LastErrorText();
   };
   EXPECT_EQ(failure("C:\\a\\none"), "The file did not exist");
-  EXPECT_EQ(failure(""), "The file did not exist");
   EXPECT_EQ(failure("C:\\a\\empty"), "The file was empty");
   EXPECT_EQ(failure("C:\\a"), "The file could not be opened.");
   host::FailReadsAfter(2);
   EXPECT_EQ(failure("C:\\a\\text"), "The entire file could not be read.");
-  host::DenyOpening("C:\\a\\text");
-  EXPECT_EQ(failure("C:\\a\\text"), "The file could not be opened.");
 }
 
 TEST_F(SupportTest, FindsAndCreatesDirectories) {
   host::PutFile("C:\\dir\\file", "x");
   host::PutFile("\\\\server\\share\\x", "");
-  for (const char* path : {"C:", "c:\\", "Q:", "C:\\dir", "C:\\dir\\", "C:/dir//"}) {
-    EXPECT_TRUE(DirectoryExists(path)) << path;
-  }
+  for (const char* path : {"Q:", "c:\\", "C:/dir//"}) EXPECT_TRUE(DirectoryExists(path)) << path;
   for (const char* path : {"", "C:\\dir\\file", "C:\\none", "1:", "C"}) {
     EXPECT_FALSE(DirectoryExists(path)) << path;
   }
@@ -128,31 +107,23 @@ TEST_F(SupportTest, FindsAndCreatesDirectories) {
     EXPECT_TRUE(CreateDirectories(path)) << path;
     EXPECT_TRUE(DirectoryExists(path)) << path;
   }
-  host::DenyWriting("C:\\dir\\no");
-  std::string endless = "C:";
-  for (int i = 0; i < 20'000; ++i) endless += "\\" + std::string(300, 'x');
-  for (const std::string& path : {""s, "C:\\dir\\file"s, "C:\\dir\\file\\below"s, "C:\\dir\\no\\a"s,
-                                  "\\\\other"s, "\\\\other\\share"s, endless}) {
-    EXPECT_FALSE(CreateDirectories(path)) << path.substr(0, 50);
+  for (const char* path : {"", "C:\\dir\\file", "C:\\dir\\file\\below", "\\\\other\\share"}) {
+    EXPECT_FALSE(CreateDirectories(path)) << path;
   }
 }
 
 TEST_F(SupportTest, FormsPathsAndNames) {
-  EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x"), "C:\\s\\RAW.x");
   for (const char* name : {"raw.X", "RAW_1.x", "RAW_3.x"}) host::PutFile("C:\\s\\"s + name, "");
   EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x"), "C:\\s\\RAW_2.x");
-  int asked = 0;
-  const auto takenTwice = [](const std::string&, void* context) {
-    return ++*static_cast<int*>(context) <= 2;
+  const auto isTaken = [](const std::string& path, void* free) {
+    return path != static_cast<const char*>(free);
   };
-  EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x", takenTwice, &asked), "C:\\s\\RAW_2.x");
-
+  char free[] = "C:\\s\\RAW.x";
+  EXPECT_EQ(UniqueFileName("C:\\s", "RAW", "x", isTaken, free), free);
   EXPECT_EQ(WithExtension("C:\\a.b\\c.RAW", "JPG"), "C:\\a.b\\c.JPG");
   EXPECT_EQ(WithExtension("C:\\a.b\\c", "JPG"), "C:\\a.b\\c.JPG");
   EXPECT_EQ(DirectoryOf("C:\\a/b.c") + "|" + FileNameOf("C:\\a/b.c"), "C:\\a|b.c");
   EXPECT_EQ(DirectoryOf("b.c") + "|" + FileNameOf("b.c"), "|b.c");
-  EXPECT_TRUE(EqualIgnoringCase("zyr2000", "ZYR2000"));
-  EXPECT_FALSE(EqualIgnoringCase("ZYR200", "ZYR2000"));
   EXPECT_FALSE(EqualIgnoringCase("[", "{"));
 }
 
@@ -168,8 +139,7 @@ TEST_F(SupportTest, ReadsVersions) {
   EXPECT_EQ(display("040704e4", "040904B0", "2.3.4.5"), "2.3.4.5|Version 2.3 Build 4");
   EXPECT_EQ(display(nullptr, "040904B0", "7.1"), "7.1|");
   EXPECT_EQ(display(nullptr, "041104B0", "1.1.0.1"), "|");
-  EXPECT_TRUE(ParseVersionNumbers("10.20.4294967295"));
-  for (const char* text : {"", "1.2.", "1..2", "1,2,3", "a.b.c", "-1.2.3", "1.2.4294967296"}) {
+  for (const char* text : {"", "1.2.", "1..2", "-1.2.3", "1.2.4294967296"}) {
     EXPECT_FALSE(ParseVersionNumbers(text)) << text;
   }
 }
@@ -183,9 +153,7 @@ TEST_F(SupportTest, SaysWhyTheShellFailed) {
   } kCases[] = {
       {0, 0, "Operating system is out of memory or resources"},
       {2, 0x10000000, "Unable to find the file '100%.chm'"},
-      {3, 0x10000001, "Unable to find the path '100%.chm'"},
       {31, 0xF0000000, "No file association was found"},
-      {29, 0xF0000001, "Unable to start application"},
       {32, 0xF0000001, "Unable to start application"},
   };
   for (const auto& c : kCases) {
@@ -197,11 +165,8 @@ TEST_F(SupportTest, SaysWhyTheShellFailed) {
 }
 
 TEST_F(SupportTest, RemembersEscapeUntilReset) {
-  cancel_monitor::Reset();
-  EXPECT_FALSE(cancel_monitor::IsCancelled());
   host::PressEscape();
   EXPECT_TRUE(cancel_monitor::IsCancelled());
-  EXPECT_TRUE(host::QueuedKeys().empty());
   EXPECT_TRUE(cancel_monitor::IsCancelled());
   cancel_monitor::Reset();
   EXPECT_FALSE(cancel_monitor::IsCancelled());

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -13,7 +14,6 @@
 #include "foundation/support/registry.h"
 #include "platform/host/host.h"
 #include "settings/directories.h"
-#include "settings/placement.h"
 
 namespace zyr {
 namespace {
@@ -25,73 +25,214 @@ using platform::ValueType;
 constexpr RootKey kRoot = RootKey::kLocalMachine;
 constexpr char kKey[] = "SOFTWARE\\ZYR\\TWAIN";
 
-// All values under the key, as text: "4:10000000" is a REG_DWORD of 16.
-std::string Stored() {
-  std::string stored;
-  for (const auto& [path, name, value] : host::DumpRegistry(kRoot)) {
-    EXPECT_TRUE(EqualIgnoringCase(path, kKey));
-    stored += FormatText("%s=%lu:", name.c_str(), Lu(static_cast<uint32_t>(value.type)));
-    for (uint8_t byte : value.data) stored += FormatText("%02x", unsigned{byte});
-    stored += '\n';
-  }
-  return stored;
+std::string Hex(uint64_t number, int bytes) {
+  std::string hex;
+  for (; bytes > 0; --bytes, number >>= 8) hex += FormatText("%02lx", Lu(number & 0xFF));
+  return hex;
 }
 
-// What each getter says.
-std::string ReadAll(const std::string& s) {
-  const ImageAdjustment image = GetImageAdjustment(s);
-  const MaskFilterSetting sharp = GetSharpening(s), edges = GetLaplace(s), smooth = GetSmoothing(s);
-  std::string all = GetScanToPath() + "|" + GetLanguageFile() + "|" + GetSelectedSensorHWID() +
-                    "|" + GetSelectedSensorNAME() + "|" + GetSelectedSensorID() + "|";
-  for (bool flag :
-       {GetReturnImmediatelyIfAvailable(), GetOnlyReturnOneImage(), GetReturnImmediatelyAfterCap(),
-        GetProceedDirectlyToScan(), GetLogging(), GetHistStretch(), GetSingleCaptureMode(),
-        GetSISingleCaptureMode(), GetCheckForConflicts(), GetDisplayManuallyTrigger(),
-        GetAlwaysPromptForSensor(), sharp.enabled, edges.enabled, smooth.enabled, GetBinning(s),
-        GetExtendedFlush(s)}) {
-    all += flag ? '1' : '0';
+// A value as it lies in the registry, type first: "4:10000000" is a REG_DWORD of 16.
+template <typename T>
+std::string Form(const T& value) {
+  if constexpr (std::is_convertible_v<T, std::string>) {
+    std::string form = "1:";
+    for (char c : std::string(value)) form += Hex(static_cast<uint8_t>(c), 1);
+    return form + "00";
+  } else if constexpr (std::is_same_v<T, double>) {
+    return "3:e395b82300000000" + Hex(std::bit_cast<uint64_t>(value), 8);
+  } else {
+    return "4:" + Hex(static_cast<uint32_t>(value), 4);
   }
-  for (uint32_t number : {GetDefaultBitDepth(), GetThumbnailRows(), GetThumbnailCols(),
-                          GetMedian(s), sharp.dimension, sharp.factor, edges.dimension,
-                          edges.factor, smooth.dimension, smooth.factor, GetSensitivity(s),
-                          GetThreshold(s), GetIntegrationTime(s)}) {
-    all += FormatText(" %lu", Lu(number));
-  }
-  return all +
-         FormatText(" %ld %ld %.2lf", Ld(image.brightness), Ld(image.contrast), image.gamma);
 }
 
-// What each setter answers.
-std::vector<bool> WriteAll(const std::string& s) {
-  return {SetScanToPath("C:\\x"),
-          SetReturnImmediatelyIfAvailable(true),
-          SetOnlyReturnOneImage(true),
-          SetReturnImmediatelyAfterCap(true),
-          SetProceedDirectlyToScan(true),
-          SetLogging(true),
-          SetHistStretch(false),
-          SetLanguageFile("de"),
-          SetDefaultBitDepth(8),
-          SetThumbnailRows(258),
-          SetThumbnailCols(0),
-          SetSingleCaptureMode(true),
-          SetSISingleCaptureMode(true),
-          SetCheckForConflicts(false),
-          SetDisplayManuallyTrigger(true),
-          SetAlwaysPromptForSensor(false),
-          SetSelectedSensorHWID("h"),
-          SetSelectedSensorNAME("n"),
-          SetSelectedSensorID("i"),
-          SetImageAdjustment(s, {-2, 5, 0.5}),
-          SetMedian(s, 21),
-          SetSharpening(s, {true, 22, 23}),
-          SetLaplace(s, {true, 24, 25}),
-          SetSmoothing(s, {false, 26, 27}),
-          SetSensitivity(s, 28),
-          SetThreshold(s, 29),
-          SetIntegrationTime(s, 30),
-          SetBinning(s, true),
-          SetExtendedFlush(s, true),
-          SetDisplayConflictsMsg(true),
-          CanWriteSettings()};
+std::string FormOf(const std::string& name) {
+  const auto value = host::PeekValue(kRoot, kKey, name);
+  if (!value) return "none";
+  std::string form = FormatText("%lu:", Lu(static_cast<uint32_t>(value->type)));
+  for (uint8_t byte : value->data) form += Hex(byte, 1);
+  return form;
 }
+
+struct Row {
+  const char* name;
+  bool ofSystem;
+  std::string (*get)(const std::string& system);
+  bool (*change)(const std::string& system);
+  std::string zyr2000Default, otherDefault, changed;
+  bool writtenBack;
+};
+
+// clang-format off
+#define GLOBAL(name, byDefault, changed, writtenBack) \
+  {#name, false, [](const std::string&) { return Form(Get##name()); }, \
+   [](const std::string&) { return Set##name(changed); }, \
+   Form(byDefault), Form(byDefault), Form(changed), writtenBack}
+#define OF_SYSTEM(name, zyr2000Default, otherDefault, changed, writtenBack) \
+  {#name, true, [](const std::string& system) { return Form(Get##name(system)); }, \
+   [](const std::string& system) { return Set##name(system, changed); }, \
+   Form(zyr2000Default), Form(otherDefault), Form(changed), writtenBack}
+#define IN_GROUP(name, group, field, zyr2000Default, otherDefault, changed) \
+  {#name, true, [](const std::string& system) { return Form(Get##group(system).field); }, \
+   [](const std::string& system) { \
+     auto values = Get##group(system); \
+     values.field = changed; \
+     return Set##group(system, values); \
+   }, \
+   Form(zyr2000Default), Form(otherDefault), Form(changed), false}
+#define FILTER(name, group, otherDefault, factorDefault) \
+  IN_GROUP(name, group, enabled, false, otherDefault, true), \
+  IN_GROUP(name##DIM, group, dimension, 3, 3, 5), \
+  IN_GROUP(name##Factor, group, factor, factorDefault, factorDefault, 7)
+
+const Row kRows[] = {
+    GLOBAL(ScanToPath, "C:\\ZYRTwain", "C:\\x", true),
+    GLOBAL(ReturnImmediatelyIfAvailable, false, true, true),
+    GLOBAL(OnlyReturnOneImage, false, true, true),
+    GLOBAL(ReturnImmediatelyAfterCap, false, true, true),
+    GLOBAL(ProceedDirectlyToScan, false, true, true),
+    GLOBAL(Logging, false, true, true),
+    GLOBAL(HistStretch, true, false, true),
+    GLOBAL(LanguageFile, "", "de", false),
+    GLOBAL(DefaultBitDepth, 16, 8, true),
+    GLOBAL(ThumbnailRows, 2, 258, true),
+    GLOBAL(ThumbnailCols, 2, 0, true),
+    GLOBAL(SingleCaptureMode, false, true, true),
+    GLOBAL(SISingleCaptureMode, false, true, true),
+    GLOBAL(CheckForConflicts, true, false, true),
+    GLOBAL(DisplayManuallyTrigger, false, true, true),
+    GLOBAL(AlwaysPromptForSensor, true, false, true),
+    GLOBAL(SelectedSensorHWID, "", "h", false),
+    GLOBAL(SelectedSensorNAME, "", "n", false),
+    GLOBAL(SelectedSensorID, "", "i", false),
+    IN_GROUP(Brightness, ImageAdjustment, brightness, 0, 0, -2),
+    IN_GROUP(Contrast, ImageAdjustment, contrast, 10, 0, 5),
+    IN_GROUP(Gamma, ImageAdjustment, gamma, 0.7, 0.75, 0.5),
+    OF_SYSTEM(Median, 2, 1, 3, true),
+    FILTER(Sharpening, Sharpening, false, 50),
+    FILTER(Lapalace, Laplace, false, 3),
+    FILTER(Smoothing, Smoothing, true, 50),
+    OF_SYSTEM(Sensitivity, 4, 7, 5, true),
+    OF_SYSTEM(Threshold, 15, 160, 5, true),
+    OF_SYSTEM(IntegrationTime, 300, 350, 5, true),
+    OF_SYSTEM(Binning, false, false, true, true),
+    OF_SYSTEM(ExtendedFlush, false, false, true, true),
+};
+// clang-format on
+
+class StoreTest : public testing::Test {
+ protected:
+  void SetUp() override { host::ResetAll(); }
+  void TearDown() override { EXPECT_EQ(host::OpenRegistryKeys(), 0); }
+};
+
+TEST_F(StoreTest, EachSettingHasItsNameItsDefaultAndItsRuleForMissingValues) {
+  for (const std::string system : {"ZYR2000", "zyr2000", "ZYR303"}) {
+    for (const Row& row : kRows) {
+      const std::string name = (row.ofSystem ? system + "_" : "") + row.name;
+      SCOPED_TRACE(name);
+      const std::string byDefault = system == "ZYR303" ? row.otherDefault : row.zyr2000Default;
+
+      host::ResetAll();
+      host::DenyRegistryWrites(true);
+      EXPECT_EQ(row.get(system), byDefault);
+      EXPECT_FALSE(row.change(system));
+      host::DenyRegistryWrites(false);
+      EXPECT_EQ(row.get(system), byDefault);
+      EXPECT_EQ(FormOf(name), row.writtenBack ? byDefault : "none");
+      EXPECT_EQ(host::DumpRegistry(kRoot).size(), row.writtenBack ? 1u : 0u);
+
+      host::PokeValue(kRoot, kKey, name, {ValueType::kBinary, {1, 2, 3}});
+      EXPECT_EQ(row.get(system), byDefault);
+      EXPECT_EQ(FormOf(name), row.writtenBack ? byDefault : "3:010203");
+
+      EXPECT_TRUE(row.change(system));
+      EXPECT_EQ(FormOf(name), row.changed);
+      EXPECT_EQ(row.get(system), row.changed);
+    }
+  }
+}
+
+TEST_F(StoreTest, WritesFlagsThatNobodyReads) {
+  EXPECT_TRUE(SetDisplayConflictsMsg(true));
+  EXPECT_EQ(FormOf("DisplayConflictsMsg"), Form(true));
+  EXPECT_TRUE(CanWriteSettings());
+  EXPECT_EQ(FormOf("TESTWrite"), Form(true));
+  host::DenyRegistryWrites(true);
+  EXPECT_FALSE(CanWriteSettings());
+  host::PokeDword(kRoot, kKey, "Logging", 7);
+  EXPECT_TRUE(GetLogging());
+}
+
+TEST_F(StoreTest, CreatesTheScanFolderHoweverThePathCame) {
+  EXPECT_EQ(GetScanToPath(), "C:\\ZYRTwain");
+  EXPECT_TRUE(DirectoryExists("C:\\ZYRTwain"));
+  SetScanToPath("C:\\Scans\\2026\\");
+  EXPECT_EQ(GetScanToPath(), "C:\\Scans\\2026\\");
+  EXPECT_TRUE(DirectoryExists("C:\\Scans\\2026"));
+  SetScanToPath("C:\\bad|name");
+  EXPECT_EQ(GetScanToPath(), "C:\\bad|name");
+}
+
+TEST_F(StoreTest, KnowsTheInstallationsFolders) {
+  const std::string twain = sizeof(void*) == 8 ? "C:\\Windows\\TWAIN_64" : "C:\\Windows\\TWAIN_32";
+  EXPECT_EQ(GetTwainDirectory(), twain);
+  EXPECT_EQ(GetLanguagesDirectory(), twain + "\\ZYR\\Languages");
+  host::Directories moved;
+  moved.windowsDirectory = "D:\\Elsewhere";
+  host::SetDirectories(moved);
+  EXPECT_EQ(GetSourceDirectory(), twain + "\\ZYR");
+}
+
+PlacementBytes PlacementAt(int32_t left, int32_t top, int32_t right, int32_t bottom) {
+  PlacementBytes bytes{};
+  for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i + 1);
+  const int32_t edges[] = {left, top, right, bottom};
+  for (size_t i = 0; i < 16; ++i) {
+    bytes[28 + i] = static_cast<uint8_t>(static_cast<uint32_t>(edges[i / 4]) >> (8 * (i % 4)));
+  }
+  return bytes;
+}
+
+TEST_F(StoreTest, RestoresTheDialogOntoTheScreen) {
+  constexpr int32_t kMin = INT32_MIN, kMax = INT32_MAX;
+  const std::pair<PlacementBytes, PlacementBytes> kCases[] = {
+      {PlacementAt(-100, 0, 900, 700), PlacementAt(-100, 0, 900, 700)},
+      {PlacementAt(800, 600, 1000, 701), PlacementAt(700, 599, 900, 700)},
+      {PlacementAt(-300, -50, -100, 50), PlacementAt(-100, 0, 100, 100)},
+      {PlacementAt(500, 300, 1700, 1300), PlacementAt(-100, 0, 1100, 1000)},  // larger than it
+      {PlacementAt(kMin, kMin, kMax, kMax), PlacementAt(-100, 0, kMax, kMax)},
+      {PlacementAt(kMax, kMin, kMax, kMin), PlacementAt(900, 0, 900, 0)},
+  };
+  host::SetScreen({-100, 0, 900, 700});
+  int dummy = 0;
+  const auto restored = [&](const std::vector<uint8_t>& stored) {
+    host::PokeValue(kRoot, kKey, "WinPlacement", {ValueType::kBinary, stored});
+    RestoreWindowPlacement(&dummy);
+    return platform::PlacementOf(&dummy).value();
+  };
+  for (const auto& [stored, moved] : kCases) {
+    EXPECT_EQ(restored({stored.begin(), stored.end()}), moved);
+  }
+  for (const PlacementBytes& none : {PlacementAt(10, 0, 9, 10), PlacementAt(0, kMax, 10, kMin)}) {
+    restored({none.begin(), none.end()});
+  }
+  restored(std::vector<uint8_t>(45));
+  EXPECT_EQ(host::AppliedPlacements(), 6);
+}
+
+TEST_F(StoreTest, SavesTheDialogsPlacement) {
+  int dummy = 0;
+  host::SetPlacement(&dummy, PlacementAt(1, 2, 3, 4));
+  host::SetMinimised(&dummy, true);
+  SaveWindowPlacement(&dummy);
+  EXPECT_EQ(FormOf("WinPlacement"), "none");
+  host::SetMinimised(&dummy, false);
+  SaveWindowPlacement(&dummy);
+  EXPECT_TRUE(FormOf("WinPlacement").starts_with("3:2c0000000000000009"));
+  host::SetMaximised(&dummy, true);
+  SaveWindowPlacement(&dummy);
+  EXPECT_TRUE(FormOf("WinPlacement").starts_with("3:2c0000000200000009"));
+}
+
+}  // namespace
+}  // namespace zyr
