@@ -1,5 +1,6 @@
-// Writing of image files and the reduction and stretch of depths, beside OpenCV on one thread doing the same to
-// the same picture. Put TMPDIR on a file system in memory to measure the code and not the disk.
+// Writing of image files and the reduction and stretch of depths, beside OpenCV on one thread doing
+// the same to the same picture. Put TMPDIR on a file system in memory to measure the code and not
+// the disk.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -107,21 +108,16 @@ void TiffOurs(benchmark::State& state) {
   MeasureSave(state, [] { return zyr::CKIPTiffSaver().Save(kPath, &Picture(), nullptr); });
 }
 void TiffOpenCv(benchmark::State& state) {
-  MeasureSave(state, [] {
-    return EncodeAndWrite(".tiff", {cv::IMWRITE_TIFF_COMPRESSION, 1});
-  });
+  MeasureSave(state, [] { return EncodeAndWrite(".tiff", {cv::IMWRITE_TIFF_COMPRESSION, 1}); });
 }
 void JpegOurs(benchmark::State& state) {
   const auto quality = static_cast<uint32_t>(state.range(0));
-  MeasureSave(state, [&] {
-    return zyr::CKIPJpegSaver().Save(kPath, &Picture(), quality, nullptr);
-  });
+  MeasureSave(state,
+              [&] { return zyr::CKIPJpegSaver().Save(kPath, &Picture(), quality, nullptr); });
 }
 void JpegOpenCv(benchmark::State& state) {
   const int quality = static_cast<int>(state.range(0));
-  MeasureSave(state, [&] {
-    return EncodeAndWrite(".jpg", {cv::IMWRITE_JPEG_QUALITY, quality});
-  });
+  MeasureSave(state, [&] { return EncodeAndWrite(".jpg", {cv::IMWRITE_JPEG_QUALITY, quality}); });
 }
 
 void JpegLoadOurs(benchmark::State& state) {

@@ -195,7 +195,6 @@ constexpr bool IsSorted(std::span<const Name> names) {
 static_assert(IsSorted(kDataGroups) && IsSorted(kResults) && IsSorted(kDataArgumentTypes) &&
               IsSorted(kMessages) && IsSorted(kConditionCodes) && IsSorted(kCapabilities) &&
               IsSorted(kContainerTypes));
-static_assert(std::size(kCapabilities) == 129);
 
 }  // namespace
 

@@ -33,6 +33,11 @@ struct ImageDescription {
   std::string sensorId;
 
   bool operator==(const ImageDescription&) const = default;
+  // Size and resolution of a capture may change, when it is edited.
+  bool IsSameCapture(const ImageDescription& other) const {
+    return captureTime == other.captureTime && frameNumber == other.frameNumber &&
+           sensorId == other.sensorId;
+  }
 
   size_t BytesPerPixel() const { return bitsPerPixel == 8 ? 1 : 2; }
   size_t RowBytes() const { return width * BytesPerPixel(); }

@@ -61,12 +61,17 @@ std::span<const uint8_t> CachedImage::PixelData() {
   return pixels_;
 }
 
-bool CachedImage::HasPixels() const {
-  return !pixels_.empty() || (stored_ && FileExists(fileName));
+bool CachedImage::HasPixels() const { return !pixels_.empty() || (stored_ && OwnsItsFile()); }
+
+// Another process may have returned this image and put a new one under its name: what belongs to one patient
+// must not be shown, overwritten or deleted as another's.
+bool CachedImage::OwnsItsFile() const {
+  if (!ownsFile_) return false;
+  BufferedFile file(kCacheFileBuffer);
+  const std::optional<ImageDescription> found = OpenCacheFile(file, fileName);
+  return found && found->IsSameCapture(*this);
 }
 
-// Another process may have returned this image and put a new one under its name: pixels of one patient must
-// not go out under the description of another.
 bool CachedImage::ReadPixels() try {
   BufferedFile file(kCacheFileBuffer);
   const std::optional<ImageDescription> description = OpenCacheFile(file, fileName);
@@ -103,7 +108,9 @@ void CachedImage::TurnTopDown() {
 }
 
 bool CachedImage::Save() {
-  if (PixelData().empty() || !IsStorable(*this) || !StoreFile()) return false;
+  if (PixelData().empty() || !IsStorable(*this)) return false;
+  if (ownsFile_ && !OwnsItsFile()) ownsFile_ = stored_ = false;
+  if (!StoreFile()) return false;
   ownsFile_ = true;
   const bool pixelsAreOld = std::exchange(stored_, true);
   if (pixelsAreOld && FileExists(PreviewFileName())) return true;
@@ -142,20 +149,16 @@ void CachedImage::ClaimName() {
   fileName = UniqueFileName(DirectoryOf(fileName), kCacheFileBaseName, kCacheFileExtension, isTaken);
 }
 
-// Leaves another image's files alone that has got the name since.
 void CachedImage::RemoveFiles() {
-  if (!ownsFile_) return;
-  BufferedFile file(kCacheFileBuffer);
-  const std::optional<ImageDescription> found = OpenCacheFile(file, fileName);
-  file.Close();
-  if (found && *found != *this) return;
-  platform::RemoveFile(fileName);
-  platform::RemoveFile(PreviewFileName());
+  if (OwnsItsFile()) {
+    platform::RemoveFile(fileName);
+    platform::RemoveFile(PreviewFileName());
+  }
   ownsFile_ = stored_ = false;
 }
 
 bool CachedImage::EnsurePreview() {
-  if (preview != nullptr || (stored_ && LoadPreview())) return true;
+  if (preview != nullptr || (stored_ && OwnsItsFile() && LoadPreview())) return true;
   if (!MakePreview()) return false;
   if (stored_) StorePreview();
   return true;

@@ -92,16 +92,18 @@ class CachedImage : public ImageDescription {
                           bool* done, const TransferTerms& terms);
 
  private:
+  bool OwnsItsFile() const;
   bool ReadPixels();
   bool StoreFile();
   void ClaimName();
   bool LoadPreview();
   bool MakePreview();
   void StorePreview();
+  std::unique_ptr<CKIPImage> MakeImage8() const;
   platform::GlobalHandle MakeDeepHandle();
 
   std::vector<uint8_t> pixels_;
-  bool ownsFile_ = false;     // the cache file is this image's
+  bool ownsFile_ = false;     // the cache file was this image's when it was last seen
   bool stored_ = false;       // and holds these pixels
   bool rowsTopDown_ = false;  // in memory
 };

@@ -61,14 +61,14 @@ CachedImage* ImageCache::AddFromHandle(const std::string& sensorName,
                                        platform::GlobalHandle imageHandle, uint32_t captureTime,
                                        uint32_t frameNumber, const std::string& sensorId) {
   if (imageHandle == nullptr) return nullptr;
+  std::unique_ptr<void, void (*)(platform::GlobalHandle)> owned(imageHandle, platform::FreeBlock);
   auto image = std::make_unique<CachedImage>();
   image->isZyr303 = std::strstr(sensorName.c_str(), "2000") == nullptr;
   image->captureTime = captureTime;
   image->frameNumber = frameNumber;
   image->sensorId = sensorId;
-  const bool taken = TakeCapturedPixels(imageHandle, image.get());
-  platform::FreeBlock(imageHandle);
-  if (!taken) return nullptr;
+  if (!TakeCapturedPixels(imageHandle, image.get())) return nullptr;
+  owned.reset();
   image->fileName = NewFileName();
 
   const CachedImage* added = images_.emplace_back(std::move(image)).get();
@@ -142,7 +142,7 @@ void ImageCache::DeleteAll() {
     platform::RemoveFile(path);
     platform::RemoveFile(WithExtension(path, kPreviewExtension));
   }
-  for (const std::string& path : FilesOf(folder, kUnfinishedExtension)) platform::RemoveFile(path);
+  RemoveAbandonedFiles(folder);
 }
 
 bool ImageCache::ContainsFile(const std::string& path) const {

@@ -6,6 +6,7 @@
 #include "acquire/image_cache/cached_image.h"
 #include "foundation/log/log.h"
 #include "foundation/support/phrase_lookup.h"
+#include "foundation/support/progress.h"
 #include "imaging/formats/bmp.h"
 #include "imaging/formats/jpeg.h"
 #include "imaging/formats/tiff.h"
@@ -21,10 +22,9 @@ namespace {
 
 constexpr uint32_t kTransferJpegQuality = 100;
 constexpr size_t kStretchPiece = 4096;  // pixels
+constexpr int kMostCancels = 5;
 
-const uint16_t* AsSamples(const uint8_t* bytes) {
-  return reinterpret_cast<const uint16_t*>(bytes);
-}
+const uint16_t* AsSamples(const uint8_t* bytes) { return reinterpret_cast<const uint16_t*>(bytes); }
 
 // The application's memory may begin at an odd address.
 void StretchInto(uint8_t* target, const uint8_t* source, size_t count) {
@@ -69,8 +69,8 @@ bool SavePicture(const std::string& path, CKIPImage* picture, uint16_t format) {
   }
 }
 
-// The memory that the application gave for a strip: an address of its own, or a block that stays locked for
-// the life of this object.
+// The memory that the application gave for a strip: an address of its own, or a block that stays
+// locked for the life of this object.
 class StripMemory {
  public:
   explicit StripMemory(const MemoryStrip& strip) : isPointer_(strip.isPointer) {
@@ -137,9 +137,10 @@ void LogStripResult(const MemoryStrip& strip) {
   Log().WriteLine("      Bytes written: %lu", Lu(strip.bytesWritten));
 }
 
-// Two pointers walk over the same strip: from row to row the reading one advances by `width` pixels and the
-// writing one by `stride` pixels. Callers give the stride in bytes, so that at 16 bits the writing one runs
-// ahead, and would leave the strip halfway; with padded 8-bit rows the reading one falls behind.
+// Two pointers walk over the same strip: from row to row the reading one advances by `width` pixels
+// and the writing one by `stride` pixels. Callers give the stride in bytes, so that at 16 bits the
+// writing one runs ahead, and would leave the strip halfway; with padded 8-bit rows the reading one
+// falls behind.
 template <typename Pixel, typename Invert>
 void InvertRows(std::span<uint8_t> strip, uint32_t width, uint32_t rows, uint32_t stride,
                 Invert invert) {
@@ -183,20 +184,27 @@ void FillStrip(uint8_t* target, const StripSource& source, const MemoryStrip& st
 }  // namespace
 
 CKIPImage* CachedImage::PrepareImage() {
-  const platform::ProgressWindow progress(GetPhrase("Preparing Image"));
   if (image8 != nullptr) return image8.get();
-  const std::span<const uint8_t> pixels = PixelData();
-  if (pixels.empty()) return nullptr;
-  if (bitsPerPixel == 8) {
-    image8 = ImageFromRaw8(pixels.data(), width, height, true, 0, xResolution, yResolution,
-                           FirstRow::kBottom);
-  } else {
-    DepthMapping mapping;
-    mapping.bits = bitsPerPixel;
-    image8 = ImageFromRaw16(AsSamples(pixels.data()), width, height, 0, xResolution, yResolution,
-                            mapping);
+  platform::ProgressWindow progress(GetPhrase("Preparing Image"));
+  if (PixelData().empty()) return nullptr;
+  progress.Advance(0.5);
+  // An image that the user's Escape left unprepared would count as delivered, and be deleted.
+  for (int i = 0; i < kMostCancels && image8 == nullptr; ++i) {
+    image8 = MakeImage8();
+    if (!cancel_monitor::IsCancelled()) break;
   }
   return image8.get();
+}
+
+std::unique_ptr<CKIPImage> CachedImage::MakeImage8() const {
+  if (bitsPerPixel == 8) {
+    return ImageFromRaw8(pixels_.data(), width, height, true, 0, xResolution, yResolution,
+                         FirstRow::kBottom);
+  }
+  DepthMapping mapping;
+  mapping.bits = bitsPerPixel;
+  return ImageFromRaw16(AsSamples(pixels_.data()), width, height, 0, xResolution, yResolution,
+                        mapping);
 }
 
 platform::GlobalHandle CachedImage::MakeNativeHandle(const TransferTerms& terms) {
@@ -213,6 +221,7 @@ platform::GlobalHandle CachedImage::MakeNativeHandle(const TransferTerms& terms)
 platform::GlobalHandle CachedImage::MakeDeepHandle() {
   const std::span<const uint8_t> pixels = PixelData();
   if (pixels.empty()) return nullptr;
+  const bool stretch = GetHistStretch();
   const BitmapInfoHeader header = DeepHeader(*this);
   const platform::GlobalHandle handle =
       platform::AllocateMovable(sizeof header + pixels.size(), false);
@@ -222,7 +231,6 @@ platform::GlobalHandle CachedImage::MakeDeepHandle() {
     if (auto* target = static_cast<uint8_t*>(block.address()); target != nullptr) {
       std::memcpy(target, &header, sizeof header);
       target += sizeof header;
-      const bool stretch = GetHistStretch();
       const size_t rowBytes = RowBytes();
       for (size_t end = pixels.size(); end != 0; end -= rowBytes, target += rowBytes) {
         CopySamples(target, pixels.data() + end - rowBytes, width, stretch);
@@ -236,14 +244,16 @@ platform::GlobalHandle CachedImage::MakeDeepHandle() {
 
 bool CachedImage::SaveToFile(const std::string& path, const TransferTerms& terms) {
   CKIPImage* picture = PrepareImage();
-  if (picture == nullptr) return false;
-  if (!rowsTopDown_) return SavePicture(path, picture, terms.imageFileFormat);
-  const std::unique_ptr<CKIPImage> upright = FlipVertical(*picture, nullptr);
-  return upright != nullptr && SavePicture(path, upright.get(), terms.imageFileFormat);
+  std::unique_ptr<CKIPImage> upright;
+  if (picture != nullptr && rowsTopDown_) {
+    upright = FlipVertical(*picture, nullptr);
+    picture = upright.get();
+  }
+  return SavePicture(path, picture, terms.imageFileFormat);  // which refuses a null picture
 }
 
-bool CachedImage::CopyToMemoryBuffer(MemoryStrip* strip, const uint32_t* xOffset,
-                                     uint32_t* yOffset, bool* done, const TransferTerms& terms) {
+bool CachedImage::CopyToMemoryBuffer(MemoryStrip* strip, const uint32_t* xOffset, uint32_t* yOffset,
+                                     bool* done, const TransferTerms& terms) {
   if (strip == nullptr || strip->memory == nullptr) return false;
   Log().WriteLine(strip->isPointer ? "    Passed pointer to datablock"
                                    : "    Passed handle to datablock");

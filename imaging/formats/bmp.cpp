@@ -13,26 +13,26 @@ constexpr size_t kBufferSize = 64 * 1024;
 constexpr int64_t kFileSizeOffset = 2;
 constexpr int64_t kPixelOffsetOffset = 10;
 
-// The length and the position of the pixels are patched when they are known. Each part is flushed, so that a
-// full disk is reported where it shows.
+// The length and the position of the pixels are patched when they are known. Each part is flushed,
+// so that a full disk is reported where it shows.
 bool WriteHeader(BufferedFile& file, const CKIPImage& image) {
   uint32_t xPerMetre = 0;
   uint32_t yPerMetre = 0;
   image.GetResolutionPerMetre(&xPerMetre, &yPerMetre);
-  const bool written = file.WriteUint16(0x4D42) &&            // bfType
-                       file.WriteUint32(0) &&                 // bfSize
-                       file.WriteUint16(0) &&                 // bfReserved1
-                       file.WriteUint16(0) &&                 // bfReserved2
-                       file.WriteUint32(0) &&                 // bfOffBits
-                       file.WriteUint32(40) &&                // biSize
-                       file.WriteUint32(image.width()) &&     // biWidth
-                       file.WriteUint32(image.height()) &&    // biHeight
-                       file.WriteUint16(1) &&                 // biPlanes
+  const bool written = file.WriteUint16(0x4D42) &&          // bfType
+                       file.WriteUint32(0) &&               // bfSize
+                       file.WriteUint16(0) &&               // bfReserved1
+                       file.WriteUint16(0) &&               // bfReserved2
+                       file.WriteUint32(0) &&               // bfOffBits
+                       file.WriteUint32(40) &&              // biSize
+                       file.WriteUint32(image.width()) &&   // biWidth
+                       file.WriteUint32(image.height()) &&  // biHeight
+                       file.WriteUint16(1) &&               // biPlanes
                        file.WriteUint16(static_cast<uint16_t>(image.bitsPerPixel())) &&
-                       file.WriteUint32(0) &&                 // biCompression
-                       file.WriteUint32(0) &&                 // biSizeImage
-                       file.WriteUint32(xPerMetre) &&         // biXPelsPerMeter
-                       file.WriteUint32(yPerMetre) &&         // biYPelsPerMeter
+                       file.WriteUint32(0) &&                   // biCompression
+                       file.WriteUint32(0) &&                   // biSizeImage
+                       file.WriteUint32(xPerMetre) &&           // biXPelsPerMeter
+                       file.WriteUint32(yPerMetre) &&           // biYPelsPerMeter
                        file.WriteUint32(image.colorCount()) &&  // biClrUsed
                        file.WriteUint32(image.colorCount()) &&  // biClrImportant
                        file.Flush();
@@ -69,8 +69,8 @@ bool WritePixels(BufferedFile& file, const CKIPImage& image, ProgressCallback pr
 // Flushes and closes the file, too.
 bool PatchHeader(BufferedFile& file, int64_t pixelOffset, int64_t* length) {
   const std::string path = file.path();
-  bool written = file.Seek(kPixelOffsetOffset) &&
-                 file.WriteUint32(static_cast<uint32_t>(pixelOffset));
+  bool written =
+      file.Seek(kPixelOffsetOffset) && file.WriteUint32(static_cast<uint32_t>(pixelOffset));
   *length = file.Length();
   written = written && *length >= 0 && file.Seek(kFileSizeOffset) &&
             file.WriteUint32(static_cast<uint32_t>(*length)) && file.Close();

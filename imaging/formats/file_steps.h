@@ -26,8 +26,8 @@ uint32_t FileSizeOf(const std::string& path);
 // Copies `width` pixels and swaps blue and red. The rows may be the same.
 void CopySwappingRedAndBlue(const uint8_t* source, uint8_t* target, uint32_t width);
 
-// The picture's row `y` for a saver that goes from the top down, which is backwards through the memory: there
-// the processor does not read ahead by itself, so this does.
+// The picture's row `y` for a saver that goes from the top down, which is backwards through the
+// memory: there the processor does not read ahead by itself, so this does.
 const uint8_t* RowReadingAhead(const CKIPImage& image, uint32_t y);
 
 // A C stream with a large buffer.

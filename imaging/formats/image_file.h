@@ -11,8 +11,9 @@ namespace zyr {
 
 enum ImageFileFormat : uint32_t { kFileFormatBmp = 1, kFileFormatJpeg = 3, kFileFormatTiff = 5 };
 
-// Escape ends a save or a load. A failed or ended save deletes what it has written. A failed load leaves the
-// image empty. Failures are in the package's last error. Any thread, one operation at a time.
+// Escape ends a save or a load. A failed or ended save deletes what it has written. A failed load
+// leaves the image empty. Failures are in the package's last error. Any thread, one operation at a
+// time.
 class CKIPImageFile {
  public:
   virtual ~CKIPImageFile() = default;

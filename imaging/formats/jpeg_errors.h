@@ -9,8 +9,8 @@
 
 namespace zyr {
 
-// libjpeg leaves by longjmp, which skips destructors: between setjmp on `jump` and the calls into libjpeg
-// there must be no object that has one. Warnings are swallowed.
+// libjpeg leaves by longjmp, which skips destructors: between setjmp on `jump` and the calls into
+// libjpeg there must be no object that has one. Warnings are swallowed.
 struct JpegErrors {
   jpeg_error_mgr manager;  // first: libjpeg hands back its address
   std::jmp_buf jump;

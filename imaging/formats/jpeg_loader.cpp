@@ -10,8 +10,8 @@
 namespace zyr {
 namespace {
 
-// A file of a few bytes can claim a huge picture, and one of a few kilobytes many passes over it. Far more than
-// any sensor has.
+// A file of a few bytes can claim a huge picture, and one of a few kilobytes many passes over it.
+// Far more than any sensor has.
 constexpr uint64_t kMostPixelBytes = 64u << 20;
 constexpr int kMostScans = 64;
 

@@ -109,8 +109,8 @@ bool CKIPJpegSaver::Save(const std::string& path, CKIPImage* image, uint32_t qua
   std::unique_ptr<CKIPImage> converted;
   const bool needsConversion = image->bitsPerPixel() != 24 && !image->IsGrey();
   if (needsConversion) {
-    converted = image->bitsPerPixel() == 1 ? ConvertToGrey8(*image, nullptr)
-                                           : ConvertTo24(*image, nullptr);
+    converted =
+        image->bitsPerPixel() == 1 ? ConvertToGrey8(*image, nullptr) : ConvertTo24(*image, nullptr);
     if (converted == nullptr) {
       ReportImageError(kImageErrorOutOfMemory, "Out of memory");
       return false;

@@ -42,8 +42,8 @@ bool CKIPDeepImage::CopyFrom(const CKIPDeepImage* source, bool copyPixels) {
     return false;
   }
   if (source == this) return true;
-  if (!Create(source->width_, source->height_, source->stride_, source->bits_,
-              source->xResolution_, source->yResolution_)) {
+  if (!Create(source->width_, source->height_, source->stride_, source->bits_, source->xResolution_,
+              source->yResolution_)) {
     return false;
   }
   if (copyPixels) CopyPixelsFrom(*source);

@@ -10,9 +10,10 @@
 
 namespace zyr {
 
-// Row-major, row 0 first; row 0 of an image made from sensor data is the bottom of the picture, like memory
-// row 0 of a CKIPImage made from the same data. `stride` counts samples. Resolutions are dots per inch and
-// may be 0. Pixels are malloc'd. Failures leave their text in LastMessage(). No locks.
+// Row-major, row 0 first; row 0 of an image made from sensor data is the bottom of the picture,
+// like memory row 0 of a CKIPImage made from the same data. `stride` counts samples. Resolutions
+// are dots per inch and may be 0. Pixels are malloc'd. Failures leave their text in LastMessage().
+// No locks.
 class CKIPDeepImage {
  public:
   CKIPDeepImage() = default;

@@ -1,4 +1,5 @@
-// Where the parts of a packed bitmap lie. The block comes from outside, so nothing in it is trusted.
+// Where the parts of a packed bitmap lie. The block comes from outside, so nothing in it is
+// trusted.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +27,8 @@ struct DibLayout {
   uint64_t pixels;
 };
 
-// True if the header is one of those that this layout is for, and `pixelBytes` lie behind the colour table.
+// True if the header is one of those that this layout is for, and `pixelBytes` lie behind the
+// colour table.
 bool DibHoldsPixels(std::span<const uint8_t> dib, const DibLayout& layout, uint64_t pixelBytes);
 
 // The colour table, without entries that no pixel of that depth can name. The block must hold it.

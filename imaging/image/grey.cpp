@@ -24,7 +24,8 @@ uint32_t IndexAt(const uint8_t* row, uint32_t x, uint32_t bitsPerPixel) {
   return bitsPerPixel == 8 ? row[x] : row[x >> 3] >> (7 - (x & 7)) & 1u;
 }
 
-// Runs `convertRow(source row, target row)` over the memory rows. False on cancel and if it says so.
+// Runs `convertRow(source row, target row)` over the memory rows. False on cancel and if it says
+// so.
 template <typename ConvertRow>
 bool ForEachRow(const CKIPImage& source, CKIPImage& target, ProgressCallback progress,
                 ConvertRow convertRow) {
@@ -75,15 +76,14 @@ std::unique_ptr<CKIPImage> ConvertToGrey8(const CKIPImage& image, ProgressCallba
   const uint32_t width = image.width();
   const uint32_t depth = image.bitsPerPixel();
   const std::array<uint8_t, 256> greys = GreysOf(image.palette());
-  const bool done =
-      ForEachRow(image, *grey, progress, [&](const uint8_t* source, uint8_t* target) {
-        if (depth == 24) {
-          for (uint32_t x = 0; x < width; ++x) target[x] = GreyFromColor(source + size_t{x} * 3);
-        } else {
-          for (uint32_t x = 0; x < width; ++x) target[x] = greys[IndexAt(source, x, depth)];
-        }
-        return true;
-      });
+  const bool done = ForEachRow(image, *grey, progress, [&](const uint8_t* source, uint8_t* target) {
+    if (depth == 24) {
+      for (uint32_t x = 0; x < width; ++x) target[x] = GreyFromColor(source + size_t{x} * 3);
+    } else {
+      for (uint32_t x = 0; x < width; ++x) target[x] = greys[IndexAt(source, x, depth)];
+    }
+    return true;
+  });
   return done ? std::move(grey) : nullptr;
 }
 

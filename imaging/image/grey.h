@@ -9,8 +9,8 @@
 
 namespace zyr {
 
-// Equal values keep their level. The weights of the others add up to 249 of 256: coloured pixels come out
-// darker, on purpose.
+// Equal values keep their level. The weights of the others add up to 249 of 256: coloured pixels
+// come out darker, on purpose.
 uint8_t GreyFromRgb(uint8_t red, uint8_t green, uint8_t blue);
 // `color` points to blue, green, red.
 uint8_t GreyFromColor(const uint8_t* color);

@@ -203,8 +203,7 @@ bool CKIPImage::CopyRect(CKIPImage& target, int32_t left, int32_t top, uint32_t 
   const int64_t y1 = std::min<int64_t>(int64_t{top} + height, height_);
   for (int64_t y = y0; y < y1 && x0 < x1; ++y) {
     CopyPixels(target, static_cast<uint32_t>(x0 - left), static_cast<uint32_t>(y - top),
-               static_cast<uint32_t>(x0), static_cast<uint32_t>(y),
-               static_cast<uint32_t>(x1 - x0));
+               static_cast<uint32_t>(x0), static_cast<uint32_t>(y), static_cast<uint32_t>(x1 - x0));
   }
   return true;
 }

@@ -1,5 +1,5 @@
-// CKIPImage: a bottom-up bitmap of 1, 8 or 24 bits per pixel. It is what is displayed, saved and handed
-// out.
+// CKIPImage: a bottom-up bitmap of 1, 8 or 24 bits per pixel. It is what is displayed, saved and
+// handed out.
 #pragma once
 
 #include <cstdint>
@@ -30,10 +30,11 @@ using Palette = std::vector<PaletteEntry>;
 // Red in the low byte, then green, then blue.
 using ColorRef = uint32_t;
 
-// Rows lie bottom-up: memory row 0 is the bottom of the picture. Accessors that take (x, y) count y from
-// the top. Each row is padded to a multiple of 4 bytes. 1-bit pixels are packed most significant bit first;
-// 24-bit pixels are blue, green, red. Resolutions are dots per inch and never 0 (0 becomes 1). Operations
-// that fail return false or null and leave the reason in the package's last error. Not copyable; no locks.
+// Rows lie bottom-up: memory row 0 is the bottom of the picture. Accessors that take (x, y) count y
+// from the top. Each row is padded to a multiple of 4 bytes. 1-bit pixels are packed most
+// significant bit first; 24-bit pixels are blue, green, red. Resolutions are dots per inch and
+// never 0 (0 becomes 1). Operations that fail return false or null and leave the reason in the
+// package's last error. Not copyable; no locks.
 class CKIPImage {
  public:
   CKIPImage() = default;
@@ -47,8 +48,8 @@ class CKIPImage {
   // Bytes of pixels and palette.
   virtual uint32_t GetTotalSize() const;
   virtual bool Copy(const CKIPImage& source);
-  // The same geometry and palette; without `copyPixels` the new image keeps the fill of a new one. Null if
-  // there is no memory or this image is not valid.
+  // The same geometry and palette; without `copyPixels` the new image keeps the fill of a new one.
+  // Null if there is no memory or this image is not valid.
   virtual std::unique_ptr<CKIPImage> Clone(bool copyPixels) const;
   // Moves everything out of `source`, which is deleted if asked.
   virtual void TakeOver(CKIPImage* source, bool deleteSource);
@@ -68,9 +69,9 @@ class CKIPImage {
   virtual bool Create(uint32_t width, uint32_t height, uint32_t bitsPerPixel);
   virtual bool Create(uint32_t width, uint32_t height, uint32_t xResolution, uint32_t yResolution,
                       uint32_t bitsPerPixel);
-  // Replaces the pixels, filled with white: all bits set, or at 8 bits the palette's index nearest to white.
-  // Leaves an existing palette in place. Refuses sizes whose pixels take more than 32 bits to count. Without
-  // memory the image is left invalid, and nothing is reported.
+  // Replaces the pixels, filled with white: all bits set, or at 8 bits the palette's index nearest
+  // to white. Leaves an existing palette in place. Refuses sizes whose pixels take more than 32
+  // bits to count. Without memory the image is left invalid, and nothing is reported.
   virtual bool Create(const std::string& name, uint32_t width, uint32_t height,
                       uint32_t xResolution, uint32_t yResolution, uint32_t bitsPerPixel);
   // Like Create, but only the padding of the rows is filled: for a caller that writes every pixel.
@@ -100,8 +101,8 @@ class CKIPImage {
   const Palette& palette() const { return palette_; }
   Palette& palette() { return palette_; }
 
-  // Exact match anywhere first, then the smallest squared distance, the earlier entry on a tie. False
-  // without a palette.
+  // Exact match anywhere first, then the smallest squared distance, the earlier entry on a tie.
+  // False without a palette.
   bool FindNearestPaletteIndex(const PaletteEntry& colour, uint32_t* index) const;
   bool MapToNearestPaletteColour(const PaletteEntry& colour, PaletteEntry* out) const;
   bool FindNearestPaletteIndexRgb(ColorRef colour, uint32_t* index) const;

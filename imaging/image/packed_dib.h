@@ -1,5 +1,5 @@
-// Packed device-independent bitmaps: header, colour table and pixels in one block, the form of a native
-// TWAIN transfer and of the capture thread's image handle.
+// Packed device-independent bitmaps: header, colour table and pixels in one block, the form of a
+// native TWAIN transfer and of the capture thread's image handle.
 #pragma once
 
 #include <cstddef>
@@ -29,12 +29,13 @@ struct BitmapInfoHeader {
 };
 static_assert(sizeof(BitmapInfoHeader) == 40);
 
-// `dib` is `size` bytes; a header that asks for more than the block holds is refused as an invalid image.
-// Null with the package's last error set.
+// `dib` is `size` bytes; a header that asks for more than the block holds is refused as an invalid
+// image. Null with the package's last error set.
 std::unique_ptr<CKIPImage> ImageFromPackedDib(const uint8_t* dib, size_t size);
 std::unique_ptr<CKIPDeepImage> DeepImageFromPackedDib(const uint8_t* dib, size_t size);
 
-// Lock the handle, which stays the caller's. Null with a translated reason in `message` (may be null).
+// Lock the handle, which stays the caller's. Null with a translated reason in `message` (may be
+// null).
 std::unique_ptr<CKIPImage> ImageFromPackedDibHandle(platform::GlobalHandle handle,
                                                     std::string* message);
 std::unique_ptr<CKIPDeepImage> DeepImageFromPackedDibHandle(platform::GlobalHandle handle,
@@ -42,8 +43,8 @@ std::unique_ptr<CKIPDeepImage> DeepImageFromPackedDibHandle(platform::GlobalHand
 
 enum class RowOrder { kAsStored, kReversed };
 
-// A new movable block, the caller's; null without memory. `palette`, if given, takes the place of the
-// image's own. kReversed turns the rows over on the way, as FlipVertical would.
+// A new movable block, the caller's; null without memory. `palette`, if given, takes the place of
+// the image's own. kReversed turns the rows over on the way, as FlipVertical would.
 platform::GlobalHandle PackedDibFromImage(const CKIPImage& image, const Palette* palette = nullptr,
                                           RowOrder order = RowOrder::kAsStored);
 platform::GlobalHandle PackedDibFromDeepImage(const CKIPDeepImage& image);

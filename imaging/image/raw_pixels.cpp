@@ -69,8 +69,7 @@ std::unique_ptr<CKIPImage> ImageFromRaw8(const uint8_t* buffer, uint32_t width, 
   if (image == nullptr) return nullptr;
   const bool done = ForEachRow(height, progress, [&](uint32_t row) {
     const uint8_t* source = buffer + row * (size_t{width} + pad);
-    uint8_t* target =
-        firstRow == FirstRow::kTop ? image->PictureRow(row) : image->MemoryRow(row);
+    uint8_t* target = firstRow == FirstRow::kTop ? image->PictureRow(row) : image->MemoryRow(row);
     if (positive) {
       std::memcpy(target, source, width);
     } else {

@@ -12,15 +12,15 @@ namespace zyr {
 
 enum class FirstRow { kTop, kBottom };  // where the first row of the buffer stands in the picture
 
-// An 8-bit image with an identity palette. Rows of the buffer are `width + pad` bytes apart; without
-// `positive` each byte is inverted. Null on failure or cancel.
+// An 8-bit image with an identity palette. Rows of the buffer are `width + pad` bytes apart;
+// without `positive` each byte is inverted. Null on failure or cancel.
 std::unique_ptr<CKIPImage> ImageFromRaw8(const uint8_t* buffer, uint32_t width, uint32_t height,
                                          bool positive, uint32_t pad, uint32_t xResolution,
                                          uint32_t yResolution, FirstRow firstRow,
                                          ProgressCallback progress = nullptr);
 
-// How 16-bit samples become bytes. Of the modes there is 0: a plain reduction to the top 8 bits of the depth,
-// spread over all levels where the depth is below 8 bits.
+// How 16-bit samples become bytes. Of the modes there is 0: a plain reduction to the top 8 bits of
+// the depth, spread over all levels where the depth is below 8 bits.
 struct DepthMapping {
   bool positive = true;
   uint32_t mode = 0;
@@ -35,8 +35,8 @@ struct DepthMapping {
   double percent = 0;
 };
 
-// An 8-bit image with an identity palette. Rows of the buffer are `width + pad` samples apart; the first
-// row becomes the bottom of the picture. With `transpose` the target is height x width.
+// An 8-bit image with an identity palette. Rows of the buffer are `width + pad` samples apart; the
+// first row becomes the bottom of the picture. With `transpose` the target is height x width.
 std::unique_ptr<CKIPImage> ImageFromRaw16(const uint16_t* buffer, uint32_t width, uint32_t height,
                                           uint32_t pad, uint32_t xResolution, uint32_t yResolution,
                                           const DepthMapping& mapping,
@@ -46,8 +46,8 @@ std::unique_ptr<CKIPImage> ImageFromDeepImage(const CKIPDeepImage& image,
                                               const DepthMapping& mapping,
                                               ProgressCallback progress = nullptr);
 
-// Copies `width` bytes of each memory row, `width + pad` bytes apart. False on cancel, and if the image does not
-// have 8 bits.
+// Copies `width` bytes of each memory row, `width + pad` bytes apart. False on cancel, and if the
+// image does not have 8 bits.
 bool CopyImageToRaw8(const CKIPImage& image, uint8_t* buffer, uint32_t pad,
                      ProgressCallback progress = nullptr);
 

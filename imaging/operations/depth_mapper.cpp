@@ -67,8 +67,8 @@ std::array<uint8_t, 256> GammaLevels(double gamma) {
   return levels;
 }
 
-// The top 8 of the lower `highBit` bits, 8 to 16. Samples with higher bits count as 0; then the bits of
-// `complement` are turned over.
+// The top 8 of the lower `highBit` bits, 8 to 16. Samples with higher bits count as 0; then the
+// bits of `complement` are turned over.
 struct TopByte {
   TopByte(uint32_t highBit, uint8_t complementBits)
       : greatest(static_cast<uint16_t>((1u << highBit) - 1)),
@@ -135,8 +135,9 @@ void CKIPDepthMapper::Configure(const uint16_t* samples, uint32_t width, uint32_
   reduceShift_ = reducible_ ? rangeBits_ - 8 : 0;
 }
 
-// Mode 0, the only one that anything here asks for: the plain reduction to the top 8 bits. The other mode
-// numbers are free for transforms of the reduced histogram and are treated alike until one is wanted.
+// Mode 0, the only one that anything here asks for: the plain reduction to the top 8 bits. The
+// other mode numbers are free for transforms of the reduced histogram and are treated alike until
+// one is wanted.
 void CKIPDepthMapper::BuildTable() {
   for (uint32_t i = 0; i < tableSize_; ++i) {
     lut_[i] = reducible_ ? static_cast<uint8_t>(i >> reduceShift_)

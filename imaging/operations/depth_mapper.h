@@ -23,8 +23,8 @@ class CKIPDepthMapper {
     return lut_[index & mask_];
   }
 
-  // Maps `count` samples with the `positive` of Prepare. Each result is inverted on the way if asked.
-  // The ranges may not overlap.
+  // Maps `count` samples with the `positive` of Prepare. Each result is inverted on the way if
+  // asked. The ranges may not overlap.
   void MapRow(const uint16_t* samples, uint8_t* bytes, size_t count, bool invert) const;
 
   uint32_t lowBit() const { return lowBit_; }

@@ -25,8 +25,7 @@ void CopyRow(const Rows& source, const Rows& target, size_t sourceRow, size_t ta
 }
 
 // False on cancel.
-bool CopyFlipped(const Rows& source, const Rows& target, size_t height,
-                 ProgressCallback progress) {
+bool CopyFlipped(const Rows& source, const Rows& target, size_t height, ProgressCallback progress) {
   cancel_monitor::Reset();
   for (size_t row = 0; row < height / 2; ++row) {
     Report(progress, 2.0 * static_cast<double>(row) / static_cast<double>(height));

@@ -33,9 +33,11 @@ bool TakeEscapeMessage() {
   bool escape = false;
   std::vector<MSG> others;
   // Drained first and put back at the end, so that nothing is met twice. PeekMessage hands out
-  // WM_QUIT whatever range is asked for.
+  // WM_QUIT whatever range is asked for. Sent messages are left out: their handlers could come back into an
+  // operation that is under way.
+  constexpr UINT kWhat = PM_REMOVE | PM_QS_INPUT | PM_QS_POSTMESSAGE;
   MSG message;
-  while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
+  while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, kWhat)) {
     if (IsEscape(message)) {
       escape = true;
     } else {

@@ -1,4 +1,5 @@
-// A JPEG file comes from outside: whatever it holds, it gives a whole picture, or none and a reason.
+// A JPEG file comes from outside: whatever it holds, it gives a whole picture, or none and a
+// reason.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -20,8 +20,8 @@ TEST_F(BmpTest, EveryFieldHasItsPlace) {
     const uint32_t pixels = 54 + 4 * colors;
     ASSERT_EQ(bytes.size(), pixels + image->dataSize());
     EXPECT_EQ(bytes.substr(0, 2), "BM");
-    const uint32_t fields[] = {image->fileSize, 0, pixels, 40,   13,   5,     1 | bits << 16,
-                               0,               0, 11811,  5906, colors, colors};
+    const uint32_t fields[] = {image->fileSize, 0,    pixels, 40,    13, 5, 1 | bits << 16, 0, 0,
+                               11811,           5906, colors, colors};
     EXPECT_EQ(std::memcmp(bytes.data() + 2, fields, sizeof(fields)), 0);
     const std::string palette(reinterpret_cast<const char*>(image->palette().data()), 4 * colors);
     EXPECT_EQ(bytes.substr(54, 4 * colors), palette);
@@ -36,7 +36,7 @@ TEST_F(BmpTest, AFullDiskIsReportedWhereItShows) {
   const std::string pixels = R"(Unable to write the image to the file 'C:\out\picture.bmp')";
   constexpr uint64_t kAll = 1078 + 400 * 500;
   const std::pair<uint64_t, std::string> cases[] = {
-      {0, header},    {53, header},      {54, palette},       {1077, palette}, {1078, pixels},
+      {0, header},    {53, header},       {54, palette},     {1077, palette}, {1078, pixels},
       {9999, pixels}, {kAll - 1, pixels}, {kAll + 7, pixels}};  // the last while patching
   const auto image = RandomGrey(400, 500);
   for (const auto& [room, text] : cases) {

@@ -73,15 +73,4 @@ inline Bytes PixelBytes(const CKIPImage& image) {
   return {image.bits(), image.bits() + image.dataSize()};
 }
 
-// The block's bytes; the block is freed.
-inline Bytes TakeBytes(platform::GlobalHandle handle) {
-  Bytes bytes;
-  if (const platform::LockedBlock block(handle); block.address() != nullptr) {
-    const auto* address = static_cast<const uint8_t*>(block.address());
-    bytes.assign(address, address + block.size());
-  }
-  platform::FreeBlock(handle);
-  return bytes;
-}
-
 }  // namespace zyr

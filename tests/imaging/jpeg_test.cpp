@@ -29,10 +29,8 @@ class JpegTest : public ImagingTest {
   CKIPImage loaded_;
 };
 
-enum Trait { kProgressive = 1, kJfif = 2 };
-
 // 9 x 6 pixels of one colour, in colour spaces that the saver does not write, too.
-std::string EncodedAs(J_COLOR_SPACE space, int components, int traits = 0) {
+std::string EncodedAs(J_COLOR_SPACE space, int components, bool progressive = false) {
   jpeg_compress_struct codec;
   jpeg_error_mgr errors;
   codec.err = jpeg_std_error(&errors);
@@ -47,11 +45,11 @@ std::string EncodedAs(J_COLOR_SPACE space, int components, int traits = 0) {
   jpeg_set_defaults(&codec);
   jpeg_set_colorspace(&codec, space);
   codec.optimize_coding = TRUE;
-  codec.write_JFIF_header = (traits & kJfif) != 0 ? TRUE : FALSE;
+  codec.write_JFIF_header = space == JCS_GRAYSCALE ? TRUE : FALSE;
   codec.density_unit = 2;
   codec.X_density = 118;
   codec.Y_density = 59;
-  if ((traits & kProgressive) != 0) jpeg_simple_progression(&codec);
+  if (progressive) jpeg_simple_progression(&codec);
   jpeg_start_compress(&codec, TRUE);
   std::vector<JSAMPLE> row;
   for (int i = 0; i < 9 * components; ++i) row.push_back((200 - 50 * (i % components)) & 0xFF);
@@ -77,10 +75,8 @@ TEST_F(JpegTest, GreyComesBackWithCrossedResolutions) {
   EXPECT_EQ(loaded_.xResolution(), 150u);
   EXPECT_EQ(loaded_.yResolution(), 300u);
   EXPECT_TRUE(loaded_.IsGrey());
-  for (uint32_t y = 0; y < 21; ++y) {
-    for (uint32_t x = 0; x < 37; ++x) {
-      EXPECT_NEAR(loaded_.PictureRow(y)[x], image->PictureRow(y)[x], 2);
-    }
+  for (uint32_t i = 0; i < 21 * 37; ++i) {
+    EXPECT_NEAR(loaded_.PictureRow(i / 37)[i % 37], image->PictureRow(i / 37)[i % 37], 2);
   }
   EXPECT_EQ(g_fractions.size(), 21u);
   EXPECT_EQ(g_fractions.back(), 1.0);
@@ -118,10 +114,10 @@ TEST_F(JpegTest, ColorsAreWrittenRedFirst) {
 }
 
 TEST_F(JpegTest, LoadsTwoColorSpacesOnly) {
-  ASSERT_TRUE(Load(EncodedAs(JCS_GRAYSCALE, 1, kJfif)));
+  ASSERT_TRUE(Load(EncodedAs(JCS_GRAYSCALE, 1)));
   EXPECT_EQ(loaded_.xResolution(), 300u);  // 118 per cm
   EXPECT_EQ(loaded_.yResolution(), 150u);
-  ASSERT_TRUE(Load(EncodedAs(JCS_RGB, 3, kProgressive)));
+  ASSERT_TRUE(Load(EncodedAs(JCS_RGB, 3, true)));
   EXPECT_EQ(loaded_.bitsPerPixel(), 24u);
   EXPECT_EQ(loaded_.xResolution(), 1u);  // no marker
   for (const auto& [space, components] : {std::pair{JCS_CMYK, 4}, std::pair{JCS_YCbCr, 3}}) {
@@ -132,8 +128,8 @@ TEST_F(JpegTest, LoadsTwoColorSpacesOnly) {
 }
 
 TEST_F(JpegTest, TornFilesFailOrGiveAPicture) {
-  for (const int traits : {0, +kProgressive}) {
-    const std::string whole = EncodedAs(JCS_GRAYSCALE, 1, traits);
+  for (const bool progressive : {false, true}) {
+    const std::string whole = EncodedAs(JCS_GRAYSCALE, 1, progressive);
     for (size_t size = 0; size < whole.size(); ++size) {
       std::string damaged = whole;
       damaged[size] = static_cast<char>(Random(256));
@@ -154,10 +150,10 @@ TEST_F(JpegTest, GreedyFilesAreCutOff) {
   huge.replace(huge.find("\xFF\xC0") + 5, 4, "\xFF\x00\xFF\x00", 4);
   EXPECT_FALSE(Load(huge));
   ExpectError(0x20000001, "Invalid image dimensions (65280x65280)");
-  std::string endless = EncodedAs(JCS_GRAYSCALE, 1, kProgressive);
-  const size_t lastScan = endless.rfind("\xFF\xDA");
-  const std::string scan = endless.substr(lastScan, endless.size() - 2 - lastScan);
-  for (int i = 0; i < 70; ++i) endless.insert(lastScan, scan);
+  std::string endless = EncodedAs(JCS_GRAYSCALE, 1, true);
+  const size_t scan = endless.rfind("\xFF\xDA");
+  const std::string lastScan = endless.substr(scan, endless.size() - 2 - scan);
+  for (int i = 0; i < 70; ++i) endless.insert(scan, lastScan);
   EXPECT_FALSE(Load(endless));
   ExpectError(0x20000005, "Invalid image specified (Too many scans)");
 }

@@ -10,6 +10,17 @@ namespace {
 
 using PackedDibTest = ImagingTest;
 
+// The block's bytes; the block is freed.
+Bytes TakeBytes(platform::GlobalHandle handle) {
+  Bytes bytes;
+  if (const platform::LockedBlock block(handle); block.address() != nullptr) {
+    const auto* address = static_cast<const uint8_t*>(block.address());
+    bytes.assign(address, address + block.size());
+  }
+  platform::FreeBlock(handle);
+  return bytes;
+}
+
 // A block of exactly the bytes, so that the sanitizer sees a read behind them.
 std::unique_ptr<CKIPImage> Unpack(const Bytes& dib) {
   const std::unique_ptr<uint8_t[]> exact(new uint8_t[dib.size()]);
@@ -70,11 +81,9 @@ TEST_F(PackedDibTest, DeepImagesSurviveTheRoundTrip) {
   EXPECT_EQ(back->GetXResolution(), 300u);
   EXPECT_EQ(back->GetYResolution(), 0u);
   EXPECT_EQ(reduced->yResolution(), 1u);
-  for (uint32_t y = 0; y < 3; ++y) {
-    for (uint32_t x = 0; x < 5; ++x) {
-      EXPECT_EQ(*back->GetPixelPtr(x, y), *image.GetPixelPtr(x, y));
-      EXPECT_EQ(reduced->MemoryRow(y)[x], *image.GetPixelPtr(x, y) >> 4);
-    }
+  for (uint32_t i = 0; i < 15; ++i) {
+    EXPECT_EQ(*back->GetPixelPtr(i % 5, i / 5), *image.GetPixelPtr(i % 5, i / 5));
+    EXPECT_EQ(reduced->MemoryRow(i / 5)[i % 5], *image.GetPixelPtr(i % 5, i / 5) >> 4);
   }
 }
 
@@ -104,14 +113,11 @@ TEST_F(PackedDibTest, ThirtyTwoBitsGoThroughTheMasks) {
 }
 
 TEST_F(PackedDibTest, ForeignHeaders) {
-  // A table that 24 bits do not need, a longer header, and more colours than there are values.
+  // A table that 24 bits do not need, and more colours than there are values.
   auto image = Unpack(Dib(Header(1, 1, 24, 0, 2), {1, 1, 1, 0, 2, 2, 2, 0, 7, 8, 9, 0}));
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->bits()[0], 7);
   EXPECT_EQ(image->colorCount(), 0u);
-  image = Unpack(Dib(Header(1, 1, 24, 0, 0, 44), {1, 1, 1, 1, 7, 8, 9, 0}));
-  ASSERT_NE(image, nullptr);
-  EXPECT_EQ(image->bits()[0], 7);
   image = Unpack(Dib(Header(1, 1, 8, 0, 300), Bytes(1204)));
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->colorCount(), 256u);
@@ -145,13 +151,12 @@ TEST_F(PackedDibTest, RefusesWhatItCannotRead) {
 
 TEST_F(PackedDibTest, RefusesEveryShortBlock) {
   for (const uint16_t bits : {1, 8, 16, 24, 32}) {
-    const uint32_t compression = bits == 32 ? 3 : 0;
     const size_t table = bits == 32 ? 12 : bits < 16 ? size_t{4} << bits : 0;
     const size_t rows = 3 * ((5 * bits + 31) / 32 * 4);
-    const Bytes dib = Dib(Header(5, 3, bits, compression), Bytes(table + rows, 0x55));
-    EXPECT_NE(Unpack(dib), nullptr);
-    for (size_t size = 0; size < dib.size(); ++size) {
-      ASSERT_EQ(Unpack({dib.begin(), dib.begin() + size}), nullptr) << bits << " " << size;
+    const Bytes dib = Dib(Header(5, 3, bits, bits == 32 ? 3 : 0), Bytes(table + rows));
+    for (size_t size = 0; size <= dib.size(); ++size) {
+      const auto image = Unpack({dib.begin(), dib.begin() + size});
+      ASSERT_EQ(image != nullptr, size == dib.size()) << bits << " " << size;
     }
   }
 }
@@ -168,8 +173,7 @@ TEST_F(PackedDibTest, HandlesTellWhyTheyFail) {
   EXPECT_EQ(message, "Invalid image was specified");
   host::FailNextLocks(1);
   EXPECT_EQ(ImageFromPackedDibHandle(handle, &message), nullptr);
-  EXPECT_EQ(message,
-            "Out of memory.  Not enough memory was available to operate on the image.");
+  EXPECT_EQ(message, "Out of memory.  Not enough memory was available to operate on the image.");
   platform::FreeBlock(handle);
   host::FailNextAllocations(1);
   EXPECT_EQ(PackedDibFromImage(*image), nullptr);

@@ -11,74 +11,46 @@
 namespace zyr {
 namespace {
 
-struct NamesCase {
-  std::string (*name)(uint32_t);
-  uint32_t value;
-  const char* text;
-};
-
+// Mostly the last of each table, where a row too few or too many before it shows. The words of the
+// short tables stand in the tests of their capabilities.
 TEST(NamesTest, NamesKnownNumbersAndTellsTheOthers) {
-  const NamesCase cases[] = {
-      {DataGroupName, 1, "DG_CONTROL"},
-      {DataGroupName, 4, "DG_AUDIO"},
-      {DataGroupName, 3, "<Unknown (3)>"},
-      {DataArgumentTypeName, 0, "DAT_NULL"},
-      {DataArgumentTypeName, 15, "DAT_PASSTHRU"},
-      {DataArgumentTypeName, 0x0101, "DAT_IMAGEINFO"},
-      {DataArgumentTypeName, 0x0203, "DAT_AUDIONATIVEXFER"},
-      {DataArgumentTypeName, 0x0301, "<Unknown (769)>"},
-      {MessageName, 8, "MSG_QUERYSUPPORT"},
-      {MessageName, 0x0501, "MSG_DISABLEDS"},
-      {MessageName, 0x0502, "MSG_ENABLEDS"},
-      {MessageName, 0x8000, "MSG_CUSTOMBASE"},
-      {MessageName, 0x0702, "<Unknown (1794)>"},  // later than this table
-      {MessageName, 0x080a, "<Unknown (2058)>"},
-      {ResultName, 9, "TWRC_DATANOTAVAILABLE"},
-      {ResultName, 10, "<Unknown (10)>"},
-      {ConditionCodeName, 6, "TWCC_BADCAP"},
-      {ConditionCodeName, 7, "<Unknown (7)>"},
-      {ConditionCodeName, 8, "<Unknown (8)>"},
-      {ConditionCodeName, 23, "TWCC_CHECKDEVICEONLINE"},
-      {ConditionCodeName, 24, "<Unknown (24)>"},
-      {CapabilityName, 1, "CAP_XFERCOUNT"},
-      {CapabilityName, 0x1034, "CAP_POWERDOWNTIME"},
-      {CapabilityName, 0x1035, "<Unknown (4149)>"},
-      {CapabilityName, 0x1152, "ICAP_AUTOMATICROTATE"},
-      {CapabilityName, 0x1153, "<Unknown (4435)>"},
-      {CapabilityName, 0x1202, "ACAP_XFERMECH"},
-      {BooleanName, 1, "TRUE"},
-      {BooleanName, 0, "FALSE"},
-      {BooleanName, 2, "<Unknown (2)>"},
-      {EnabledName, 1, "Enabled"},
-      {LampStateName, 1, "Off"},
-      {LampStateName, 0, "On"},
-      {PixelFlavorName, 1, "Vanilla"},
-      {XferMechName, 2, "Memory"},
-      {XferMechName, 3, "Enumeration"},
-      {XferMechName, 0xffffffff, "Enumeration"},
-      {PlanarChunkyName, 1, "Planar"},
-      {CompressionName, 12, "BITFIELDS"},
-      {CompressionName, 13, "<Unknown (13)>"},
-      {UnitsName, 5, "Pixels"},
-      {PixelTypeName, 8, "CIEXYZ"},
-      {BitOrderName, 1, "MSB"},
-      {ImageFileFormatName, 6, "Multi-page TIFF"},
-      {ImageFileFormatName, 10, "<Unknown (10)>"},
-      {LightPathName, 1, "Transmissive"},
-      {ContainerTypeName, 2, "<Unknown (2)>"},
-      {ContainerTypeName, 3, "Array"},
-      {ContainerTypeName, 6, "Range"},
-  };
-  for (const NamesCase& c : cases) EXPECT_EQ(c.name(c.value), c.text);
+  const struct {
+    std::string (*name)(uint32_t);
+    uint32_t value;
+    const char* text;
+  } cases[] = {{DataGroupName, 3, "<Unknown (3)>"},
+               {DataArgumentTypeName, 0x0203, "DAT_AUDIONATIVEXFER"},
+               {DataArgumentTypeName, 0x0301, "<Unknown (769)>"},
+               {MessageName, 0x0502, "MSG_ENABLEDS"},
+               {MessageName, 0x0702, "<Unknown (1794)>"},  // the standard's, but not the trace's
+               {ResultName, 10, "<Unknown (10)>"},
+               {ConditionCodeName, 8, "<Unknown (8)>"},
+               {CapabilityName, 1, "CAP_XFERCOUNT"},
+               {CapabilityName, 0x1034, "CAP_POWERDOWNTIME"},
+               {CapabilityName, 0x1153, "<Unknown (4435)>"},
+               {CapabilityName, 0x1202, "ACAP_XFERMECH"},
+               {BooleanName, 2, "<Unknown (2)>"},
+               {XferMechName, 3, "Enumeration"},
+               {XferMechName, 0xffffffff, "Enumeration"},
+               {PlanarChunkyName, 1, "Planar"},
+               {CompressionName, 12, "BITFIELDS"},
+               {CompressionName, 13, "<Unknown (13)>"},
+               {UnitsName, 5, "Pixels"},
+               {PixelTypeName, 8, "CIEXYZ"},
+               {BitOrderName, 1, "MSB"},
+               {ImageFileFormatName, 9, "EXIF"},
+               {ContainerTypeName, 2, "<Unknown (2)>"},
+               {ContainerTypeName, 6, "Range"}};
+  for (const auto& c : cases) EXPECT_EQ(c.name(c.value), c.text);
 }
 
 TEST(NamesTest, KnowsAsManyConstantsAsTheTraceWritesByName) {
-  struct {
+  const struct {
     std::string (*name)(uint32_t);
     int count;
-  } const tables[] = {{DataGroupName, 3},    {DataArgumentTypeName, 30}, {MessageName, 35},
-                      {ResultName, 10},      {ConditionCodeName, 22},    {CapabilityName, 129},
-                      {ContainerTypeName, 4}};
+  } tables[] = {{DataGroupName, 3},    {DataArgumentTypeName, 30}, {MessageName, 35},
+                {ResultName, 10},      {ConditionCodeName, 22},    {CapabilityName, 129},
+                {ContainerTypeName, 4}};
   for (const auto& table : tables) {
     int known = table.name(0x8000).front() != '<';
     for (uint32_t value = 0; value <= 0x1300; ++value) known += table.name(value).front() != '<';
@@ -103,10 +75,7 @@ TEST(NamesTest, TranslatesWordsAndNotConstants) {
 }
 
 TEST(NamesTest, HasASentenceForEachConditionCode) {
-  EXPECT_STREQ(ConditionCodeSentence(0), "Success message from detailed error request ??");
   EXPECT_STREQ(ConditionCodeSentence(9), "Bad protocol error.");
-  EXPECT_STREQ(ConditionCodeSentence(13),
-               "The specified capability is not support by this TWAIN source.");
   EXPECT_STREQ(ConditionCodeSentence(23),
                "The device went offline prior to or during this operation.");
   for (const uint32_t unknown : {7u, 8u, 24u, 0xffffffffu}) {

@@ -108,7 +108,7 @@ void Center(HWND window, HWND owner) {
 
 class Win32CaptureDialogView : public CaptureDialogView {
  public:
-  ~Win32CaptureDialogView() override { Close(); }
+  ~Win32CaptureDialogView() override;
 
   bool Create(CaptureDialog* dialog, platform::Window parent) override;
   platform::Window window() const override { return window_; }
@@ -140,7 +140,15 @@ class Win32CaptureDialogView : public CaptureDialogView {
   SIZE templateSize_ = {};  // dialog units
   HWND window_ = nullptr;  // keeps its value when the window is gone
   bool alive_ = false;
+  bool complete_ = false;  // with all its controls
 };
+
+// A window of another thread, as when the module is unloaded there, cannot be destroyed; it must not find its
+// way back here.
+Win32CaptureDialogView::~Win32CaptureDialogView() {
+  Close();
+  if (alive_) SetWindowLongPtrA(window_, DWLP_USER, 0);
+}
 
 bool Win32CaptureDialogView::Create(CaptureDialog* dialog, platform::Window parent) {
   dialog_ = dialog->weak_from_this();
@@ -152,6 +160,7 @@ bool Win32CaptureDialogView::Create(CaptureDialog* dialog, platform::Window pare
   CreateDialogIndirectParamA(static_cast<HINSTANCE>(platform::OwnResources()),
                              reinterpret_cast<const DLGTEMPLATE*>(bytes.data()), owner, Procedure,
                              reinterpret_cast<LPARAM>(this));
+  if (!complete_) Close();
   if (alive_) Center(window_, owner);
   return alive_;
 }
@@ -208,6 +217,7 @@ void Win32CaptureDialogView::Initialise(HWND window) {
     TranslateCaption(control);
   }
   AddTips();
+  complete_ = true;
 }
 
 void Win32CaptureDialogView::AddTips() {
@@ -240,12 +250,13 @@ INT_PTR Win32CaptureDialogView::Handle(CaptureDialog* dialog, UINT message, WPAR
     case WM_GETMINMAXINFO:
       if (layout_) reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = layout_->LeastSize();
       return TRUE;
+    // Both go on to the dialog manager, which frees its own part there.
     case WM_DESTROY:
       alive_ = false;
-      return TRUE;
+      return FALSE;
     case WM_NCDESTROY:
       SetWindowLongPtrA(window_, DWLP_USER, 0);
-      return TRUE;
+      return FALSE;
     default:
       break;
   }
