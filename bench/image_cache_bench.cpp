@@ -22,8 +22,8 @@ namespace host = platform::host;
 constexpr uint32_t kWidth = 1156;
 constexpr uint32_t kHeight = 1600;
 constexpr uint32_t kBits = 12;
-constexpr TransferTerms kDeep = {.is16BitGrayscale = true};
-constexpr TransferTerms kGrey = {.is16BitGrayscale = false};
+const TransferTerms kDeep = {.is16BitGrayscale = [] { return true; }};
+const TransferTerms kGrey = {.is16BitGrayscale = [] { return false; }};
 
 double PeakMegabytes() {
   rusage usage;
@@ -112,7 +112,7 @@ void Native(benchmark::State& state, TransferTerms terms, bool stretch) {
   CachedImage& image = Image();
   SetHistStretch(stretch);
   for (auto _ : state) platform::FreeBlock(image.MakeNativeHandle(terms));
-  CountBytes(state, size_t{kWidth} * kHeight * (terms.is16BitGrayscale ? 2 : 1));
+  CountBytes(state, size_t{kWidth} * kHeight * (terms.is16BitGrayscale() ? 2 : 1));
 }
 BENCHMARK_CAPTURE(Native, 16_bit, kDeep, false);
 BENCHMARK_CAPTURE(Native, 16_bit_stretched, kDeep, true);
@@ -146,7 +146,7 @@ void Strips(benchmark::State& state, TransferTerms terms, bool stretch) {
     bool done = false;
     while (!done) image.CopyToMemoryBuffer(&strip, &xOffset, &yOffset, &done, terms);
   }
-  CountBytes(state, size_t{kWidth} * kHeight * (terms.is16BitGrayscale ? 2 : 1));
+  CountBytes(state, size_t{kWidth} * kHeight * (terms.is16BitGrayscale() ? 2 : 1));
 }
 BENCHMARK_CAPTURE(Strips, 16_bit, kDeep, false)->Arg(64 << 10)->Arg(1 << 20);
 BENCHMARK_CAPTURE(Strips, 16_bit_stretched, kDeep, true)->Arg(64 << 10)->Arg(1 << 20);

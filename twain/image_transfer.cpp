@@ -139,7 +139,7 @@ TW_UINT16 ZyrTwainSource::TransferNative(const Triplet& triplet) {
   CachedImage* image = CurrentImageOrFail("   No images were available");
   if (image == nullptr) return TWRC_FAILURE;
   TransferTerms terms;
-  terms.is16BitGrayscale = Is16BitGrayscale();
+  terms.is16BitGrayscale = [this] { return Is16BitGrayscale(); };
   const TW_HANDLE handle = image->MakeNativeHandle(terms);
   std::memcpy(triplet.data, &handle, sizeof handle);
   conditionCode_.ConditionCode = TWCC_SUCCESS;
@@ -198,7 +198,7 @@ TW_UINT16 ZyrTwainSource::TransferStrip(const Triplet& triplet) {
     image->PrepareImage();
   }
   TransferTerms terms;
-  terms.is16BitGrayscale = Is16BitGrayscale();
+  terms.is16BitGrayscale = [this] { return Is16BitGrayscale(); };
   terms.pixelFlavor = GetPixelFlavor();
   MemoryStrip strip = StripFrom(*transfer);
   bool done = false;

@@ -26,7 +26,12 @@ ZyrTwainSource::ZyrTwainSource(ImageCache& images, CaptureDialogViewFactory make
   productName_ = "ZYR TWAIN";
 }
 
-ZyrTwainSource::~ZyrTwainSource() = default;
+// Destroying the dialog's window makes the system call the application, which may come back through the
+// entry: it finds no source any more.
+ZyrTwainSource::~ZyrTwainSource() {
+  sourceInstance = nullptr;
+  DropDialog();
+}
 
 bool ZyrTwainSource::Initialize() {
   LogFile& log = Log();
@@ -146,7 +151,11 @@ void ZyrTwainSource::ClearCurrentImage() {
 
 void ZyrTwainSource::AbortTransfers() {}
 
-void ZyrTwainSource::NotifyXferReady() { TwainSource::NotifyXferReady(); }
+// While an image is under way, state 6 would make its next strip the first one again, and the application
+// would put a torn picture together.
+void ZyrTwainSource::NotifyXferReady() {
+  if (state_ != 7) TwainSource::NotifyXferReady();
+}
 
 void ZyrTwainSource::NotifyCloseDSReq() { TwainSource::NotifyCloseDSReq(); }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -16,7 +17,8 @@ namespace zyr {
 
 // What the application has negotiated, as far as the delivery of an image depends on it.
 struct TransferTerms {
-  bool is16BitGrayscale = false;
+  // Traced, so asked when it is needed and no sooner.
+  std::function<bool()> is16BitGrayscale = [] { return false; };
   uint16_t pixelFlavor = 0;      // 0 as it is, others inverted
   uint16_t imageFileFormat = 2;  // 0 TIFF, 2 BMP, others JPEG
 };

@@ -102,7 +102,7 @@ struct StripSource {
 };
 
 StripSource SourceOf(CachedImage& image, const TransferTerms& terms) {
-  if (terms.is16BitGrayscale && image.bitsPerPixel > 8) {
+  if (terms.is16BitGrayscale() && image.bitsPerPixel > 8) {
     return {image.PixelData().data(), static_cast<uint32_t>(image.RowBytes()), image.width, true};
   }
   const CKIPImage* picture = image.PrepareImage();
@@ -208,7 +208,7 @@ std::unique_ptr<CKIPImage> CachedImage::MakeImage8() const {
 }
 
 platform::GlobalHandle CachedImage::MakeNativeHandle(const TransferTerms& terms) {
-  if (terms.is16BitGrayscale && bitsPerPixel > 8) {
+  if (terms.is16BitGrayscale() && bitsPerPixel > 8) {
     Log().WriteLine("    Converting to 16-bit HDIB");
     return MakeDeepHandle();
   }

@@ -72,7 +72,7 @@ TEST_F(CachedImageTest, RefusesAFileTornAtAnyLength) {
   host::PutFile(kPath, whole.substr(0, whole.size() - 1));  // torn later
   EXPECT_TRUE(loaded.PixelData().empty());
   EXPECT_EQ(loaded.PrepareImage(), nullptr);
-  EXPECT_EQ(loaded.MakeNativeHandle({.is16BitGrayscale = true}), nullptr);
+  EXPECT_EQ(loaded.MakeNativeHandle({.is16BitGrayscale = [] { return true; }}), nullptr);
   EXPECT_FALSE(loaded.Save());
   EXPECT_FALSE(CachedImage().Load("C:\\ZYRTwain\\missing.RAW"));
 }

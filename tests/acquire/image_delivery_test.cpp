@@ -15,8 +15,8 @@ struct Shape {
 constexpr Shape kShapes[] = {{1, 1, 12}, {1, 5, 8},  {2, 3, 12}, {3, 4, 8},  {4, 4, 8},
                              {5, 1, 8},  {7, 6, 12}, {9, 3, 12}, {13, 5, 8}, {33, 7, 12}};
 
-constexpr TransferTerms kDeep = {.is16BitGrayscale = true};
-constexpr TransferTerms kGrey = {.is16BitGrayscale = false};
+const TransferTerms kDeep = {.is16BitGrayscale = [] { return true; }};
+const TransferTerms kGrey = {.is16BitGrayscale = [] { return false; }};
 
 uint32_t Sample(const std::vector<uint8_t>& pixels, const ImageDescription& image, uint32_t x,
                 uint32_t row) {
@@ -67,7 +67,7 @@ class DeliveryTest : public AcquireTest {
     return image;
   }
   static bool IsDeep(const CachedImage& image, const TransferTerms& terms) {
-    return terms.is16BitGrayscale && image.bitsPerPixel > 8;
+    return terms.is16BitGrayscale() && image.bitsPerPixel > 8;
   }
 
   bool Copy(CachedImage& image, MemoryStrip* strip, const TransferTerms& terms) {

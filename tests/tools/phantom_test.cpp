@@ -119,7 +119,7 @@ TEST(CacheRecords, AreWhatTheImageCacheReadsAndDelivers) {
       EXPECT_EQ(image.sensorId, "2000D-000001");
       image.TurnTopDown();
       TransferTerms terms;
-      terms.is16BitGrayscale = bits == 16;
+      terms.is16BitGrayscale = [=] { return bits == 16; };
       std::vector<uint8_t> buffer(4096);
       MemoryStrip strip;
       strip.isPointer = true;

@@ -181,6 +181,7 @@ TEST_F(ImageTransferTest, HandsOverStrips) {
     }
     EXPECT_EQ(all, (Bytes{7, 0, 8, 0, 9, 0, 4, 0, 5, 0, 6, 0, 1, 0, 2, 0, 3, 0})) << "top-down";
   }
+  EXPECT_NE(images_.GetCurrent()->image8, nullptr) << "prepared with the first strip";
   Negotiate(ICAP_PIXELFLAVOR, TWTY_UINT16, TWPF_VANILLA);
   source_->state_ = 6;
   EXPECT_EQ(Strip(6), TWRC_SUCCESS);

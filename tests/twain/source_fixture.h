@@ -9,6 +9,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,12 @@ class OpenedSource : public ZyrTwainSource {
   using TwainSource::rgbResponse_;
   using TwainSource::state_;
   using TwainSource::transferFileName_;
+
+  void LoadDefaultOptions() override {
+    if (failToLoad) throw std::bad_alloc();
+    ZyrTwainSource::LoadDefaultOptions();
+  }
+  bool failToLoad = false;
 };
 
 class SourceTest : public testing::Test {

@@ -95,14 +95,16 @@ TEST_F(SourceTest, TracesTheDispatchStatus) {
   EXPECT_EQ(Status(), TWCC_SUCCESS) << "told once";
   Trace();
   Send(DG_IMAGE, 999, 10, nullptr);
-  Status();
+  Disable();
   Send(DG_IMAGE, DAT_IMAGEINFO, MSG_GET, nullptr);
   EXPECT_EQ(
       Trace(),
       (Lines{"Dispatch (State = 4): DG_IMAGE / <Unknown (999)> / <Unknown (10)>",
              "   RC = TWRC_FAILURE  CC = TWCC_BADPROTOCOL  State = 4",
-             "Dispatch (State = 4): DG_CONTROL / DAT_STATUS / MSG_GET",
-             "   RC = TWRC_SUCCESS  CC = TWCC_BADPROTOCOL  State = 4",
+             "Dispatch (State = 4): DG_CONTROL / DAT_USERINTERFACE / MSG_DISABLEDS",
+             "Error: General failure in response to MSG_DISABLEDS.  DG DAT MSG is out of expected "
+             "sequence.",
+             "   RC = TWRC_FAILURE  CC = TWCC_BADPROTOCOL  State = 4",
              "Dispatch (State = 4): DG_IMAGE / DAT_IMAGEINFO / MSG_GET",
              "Error: General failure in transfer.  DG DAT MSG is out of expected sequence.",
              "   RC = TWRC_FAILURE  CC = TWCC_SUCCESS  State = 4"}));
@@ -167,6 +169,12 @@ TEST_F(SourceTest, TranslatesExceptions) {
   EXPECT_EQ(view_->viewsMade, 1);
   EXPECT_FALSE(view_->windowAlive());
   EXPECT_EQ(source_->state(), 4);
+  // A connection without its options is none.
+  Close();
+  source_->failToLoad = true;
+  EXPECT_EQ(Open(), TWRC_FAILURE);
+  EXPECT_EQ(source_->state(), 3);
+  EXPECT_EQ(+source_->appIdentity_.Id, 0u);
 }
 
 TEST_F(SourceTest, OpensWithTheDefaults) {
@@ -241,17 +249,19 @@ TEST_F(SourceTest, TellsThatADialogCannotBeMade) {
 // callbacks brings the application's answer back at once.
 TEST_F(SourceTest, SurvivesAnApplicationThatComesBackDuringEnabling) {
   SetCheckForConflicts(true);
-  for (const bool reopen : {false, true}) {
+  for (const int32_t stateAfter : {5, 3, 4}) {
     GoTo(4);
     host::OnManagerCall([&](const host::ManagerCall&) {
       EXPECT_EQ(Disable(), TWRC_FAILURE);
+      if (stateAfter == 5) return static_cast<void>(Pending(MSG_ENDXFER));
       EXPECT_EQ(Close(), TWRC_SUCCESS);
-      if (reopen) Open();
+      if (stateAfter == 4) Open();
     });
     EXPECT_EQ(Enable(), TWRC_FAILURE);
     EXPECT_EQ(source_->conditionCode_.ConditionCode, TWCC_SEQERROR);
-    EXPECT_EQ(source_->state(), reopen ? 4 : 3);
+    EXPECT_EQ(source_->state(), stateAfter);
     EXPECT_TRUE(view_->dialog.expired());
+    if (stateAfter == 5) Close();
   }
   host::OnPrompt([&](const host::ShownPrompt&) {
     host::OnPrompt({});

@@ -17,14 +17,18 @@ std::string ModulePath() {
   return path.substr(0, path.find_last_of('\\') + 1) + "ZYRTWAIN.ds";
 }
 
+DsEntryProc EntryOf(HMODULE module) {
+  const FARPROC address = GetProcAddress(module, "DS_Entry");
+  EXPECT_EQ(GetProcAddress(module, MAKEINTRESOURCEA(1)), address);
+  return reinterpret_cast<DsEntryProc>(reinterpret_cast<void*>(address));
+}
+
 TEST(ModuleTest, AnswersEachTimeItIsLoaded) {
   for (int i = 0; i < 3; ++i) {
     const HMODULE module = LoadLibraryA(ModulePath().c_str());
     ASSERT_NE(module, nullptr) << GetLastError();
-    const FARPROC address = GetProcAddress(module, "DS_Entry");
-    ASSERT_NE(address, nullptr);
-    EXPECT_EQ(GetProcAddress(module, MAKEINTRESOURCEA(1)), address);
-    const auto entry = reinterpret_cast<DsEntryProc>(reinterpret_cast<void*>(address));
+    const DsEntryProc entry = EntryOf(module);
+    ASSERT_NE(entry, nullptr);
 
     TW_IDENTITY origin;
     std::memset(&origin, 0xCD, sizeof origin);  // managers ask before anybody has filled it in
@@ -43,6 +47,38 @@ TEST(ModuleTest, AnswersEachTimeItIsLoaded) {
     EXPECT_EQ(GetModuleHandleA("ZYRTWAIN.ds"), nullptr) << "unloaded for good";
   }
 }
+
+#ifdef __i386__
+
+// Other compilers' programs keep their stack aligned to 4 bytes only, and the entry takes its arguments off.
+TEST(ModuleTest, BearsAnyStack) {
+  const HMODULE module = LoadLibraryA(ModulePath().c_str());
+  ASSERT_NE(module, nullptr) << GetLastError();
+  TW_IDENTITY identity{};
+  const uint32_t arguments[] = {0, DG_CONTROL, DAT_IDENTITY, MSG_GET,
+                                reinterpret_cast<uint32_t>(&identity)};
+  for (uint32_t shift = 0; shift < 16; shift += 4) {
+    uint32_t result = 0xFFFF;
+    uint32_t popped = 0;
+    asm volatile(
+        "movl %%esp, %%ebx\n\t"
+        "andl $-16, %%esp\n\t"
+        "subl %%ecx, %%esp\n\t"
+        "pushl 16(%%esi)\n\tpushl 12(%%esi)\n\tpushl 8(%%esi)\n\tpushl 4(%%esi)\n\tpushl (%%esi)\n\t"
+        "leal 20(%%esp), %%esi\n\t"
+        "call *%%edi\n\t"
+        "subl %%esp, %%esi\n\t"
+        "movl %%ebx, %%esp"
+        : "=a"(result), "=S"(popped)
+        : "c"(shift), "S"(arguments), "D"(EntryOf(module))
+        : "ebx", "edx", "memory", "cc");
+    EXPECT_EQ(result & 0xFFFF, TWRC_SUCCESS);
+    EXPECT_EQ(popped, 0u);
+  }
+  EXPECT_TRUE(FreeLibrary(module));
+}
+
+#endif
 
 }  // namespace
 }  // namespace zyr
