@@ -1,6 +1,6 @@
-// The objects of the module, in the order of their construction; they go in the reverse order. All are made
-// while the module is being loaded and the loader's lock is held, so no constructor touches a file, the
-// registry, the network or another module.
+// The objects of the module, in the order of their construction; they go in the reverse order. All
+// are made while the module is being loaded and the loader's lock is held, so no constructor
+// touches a file, the registry, the network or another module.
 #include "acquire/capture_dialog/win32/capture_dialog_view.h"
 #include "acquire/image_cache/image_cache.h"
 #include "foundation/log/log.h"

@@ -75,8 +75,8 @@ CachedImage* ZyrTwainSource::CurrentImageOrFail(const char* logLine) {
   return image;
 }
 
-// The depth is the negotiated one: an 8-bit image under 16-bit negotiation is transferred with 8 bits all
-// the same.
+// The depth is the negotiated one: an 8-bit image under 16-bit negotiation is transferred with 8
+// bits all the same.
 TW_UINT16 ZyrTwainSource::DISPATCHMSG_ImageInfo(const Triplet& triplet) {
   const TW_UINT16 result = TwainSource::DISPATCHMSG_ImageInfo(triplet);
   if (result != TWRC_SUCCESS) return result;
@@ -234,7 +234,8 @@ TW_UINT16 ZyrTwainSource::DISPATCHMSG_Palette8(const Triplet& triplet) {
   }
 }
 
-// None of it is supported. The first element is answered even though the count says that there is none.
+// None of it is supported. The first element is answered even though the count says that there is
+// none.
 TW_UINT16 ZyrTwainSource::DISPATCHMSG_ExtImageInfo(const Triplet& triplet) {
   if (!platform::IsWritable(triplet.data, sizeof(TW_UINT32))) return Fail("", TWCC_BADVALUE);
   std::memset(triplet.data, 0, sizeof(TW_UINT32));

@@ -115,8 +115,8 @@ void TwainSource::Start() {
   Phrases().Load(GetLanguageFile());
 }
 
-// A manager that asks for the identity before it opens the source may pass an origin that nobody has filled
-// in, or none at all, so it is only looked at while an application is connected.
+// A manager that asks for the identity before it opens the source may pass an origin that nobody
+// has filled in, or none at all, so it is only looked at while an application is connected.
 bool TwainSource::ServesCaller(const TW_IDENTITY* origin) const {
   if (origin == nullptr || appIdentity_.Id == 0) return true;
   return platform::IsReadable(origin, sizeof *origin) && origin->Id == appIdentity_.Id;
@@ -142,10 +142,9 @@ TW_UINT16 TwainSource::ProcessEvent(const Triplet& triplet) {
 }
 
 TW_UINT16 TwainSource::Dispatch(const Triplet& triplet) {
-  Log().WriteLine("Dispatch (State = %lu): %s / %s / %s", Lu(state_),
-                  DataGroupName(triplet.dataGroup).c_str(),
-                  DataArgumentTypeName(triplet.dataArgumentType).c_str(),
-                  MessageName(triplet.message).c_str());
+  Log().WriteLine(
+      "Dispatch (State = %lu): %s / %s / %s", Lu(state_), DataGroupName(triplet.dataGroup).c_str(),
+      DataArgumentTypeName(triplet.dataArgumentType).c_str(), MessageName(triplet.message).c_str());
   TW_UINT16 result = TWRC_FAILURE;
   if (const Route* route = FindRoute(triplet)) {
     result = (this->*route->handler)(triplet);

@@ -14,10 +14,10 @@
 
 namespace zyr {
 
-// Serves one application at a time, on the application's thread; every handler may be re-entered from inside
-// a message box or a notification. Handlers return a TWRC_ value and leave the reason in conditionCode;
-// their failures are shown to the user by DisplayError. Data that the application's memory does not hold
-// fails with TWCC_BADVALUE before anything has changed.
+// Serves one application at a time, on the application's thread; every handler may be re-entered
+// from inside a message box or a notification. Handlers return a TWRC_ value and leave the reason
+// in conditionCode; their failures are shown to the user by DisplayError. Data that the
+// application's memory does not hold fails with TWCC_BADVALUE before anything has changed.
 class TwainSource {
  public:
   TwainSource();
@@ -55,7 +55,8 @@ class TwainSource {
   virtual void ClearCurrentImage() = 0;
   virtual void AbortTransfers() = 0;
   virtual ~TwainSource();
-  // Shows `text`, already translated, and the code's sentence in a box that the user has to confirm.
+  // Shows `text`, already translated, and the code's sentence in a box that the user has to
+  // confirm.
   virtual void DisplayError(const std::string& text, TW_UINT16 conditionCode);
   // Always true.
   virtual bool Initialize();
@@ -66,8 +67,8 @@ class TwainSource {
 
   // At the first call runs Initialize and loads the user's language.
   void Start();
-  // What one call of the module's entry means to this source: identity test, events, then Dispatch. Lets
-  // exceptions through; the entry translates them.
+  // What one call of the module's entry means to this source: identity test, events, then Dispatch.
+  // Lets exceptions through; the entry translates them.
   TW_UINT16 Enter(const Triplet& triplet);
 
   // What has been negotiated; each has a fallback for a missing capability.
@@ -89,8 +90,8 @@ class TwainSource {
   void SetConditionCode(TW_UINT16 conditionCode) { conditionCode_.ConditionCode = conditionCode; }
 
  protected:
-  // Each writes the code, shows the failure and gives TWRC_FAILURE: the one way out of a failing handler.
-  // `text` is English and gets translated.
+  // Each writes the code, shows the failure and gives TWRC_FAILURE: the one way out of a failing
+  // handler. `text` is English and gets translated.
   TW_UINT16 Fail(const char* text, TW_UINT16 conditionCode);
   TW_UINT16 FailTranslated(const std::string& text, TW_UINT16 conditionCode);
   // With a line of its own in the trace.

@@ -1,5 +1,5 @@
-// The triplets about colour. They are answered for applications that insist on them; no image depends on
-// what they set.
+// The triplets about colour. They are answered for applications that insist on them; no image
+// depends on what they set.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -28,8 +28,8 @@ void FillStage(TW_TRANSFORMSTAGE* stage, double firstStart) {
 
 TW_CIEPOINT Point(double x) { return {ToFix32(x), ToFix32(5.5), ToFix32(6.6)}; }
 
-// The record's last field is the first of an array whose length only the application knows: what lies behind
-// the record is written if it is memory at all.
+// The record's last field is the first of an array whose length only the application knows: what
+// lies behind the record is written if it is memory at all.
 void FillSamples(TW_CIECOLOR* color) {
   auto* samples = reinterpret_cast<uint8_t*>(color) + offsetof(TW_CIECOLOR, Samples);
   const bool hasAll = platform::IsWritable(samples, std::size(kSamples) * sizeof(TW_FIX32));

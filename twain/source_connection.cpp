@@ -1,5 +1,5 @@
-// The triplets that open, enable, disable and close the source, and those that ask what it is and what went
-// wrong.
+// The triplets that open, enable, disable and close the source, and those that ask what it is and
+// what went wrong.
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -115,7 +115,8 @@ TW_UINT16 TwainSource::DISPATCHMSG_UserInterface(const Triplet& triplet) {
   }
 }
 
-// Whether the application asked for a dialog, and for a modal one, makes no difference: it gets one.
+// Whether the application asked for a dialog, and for a modal one, makes no difference: it gets
+// one.
 TW_UINT16 TwainSource::EnableDS(const Triplet& triplet) {
   if (state_ != 4) return Fail(kEnableFailure, TWCC_SEQERROR);
   const auto* userInterface = ReadableRecord<TW_USERINTERFACE>(triplet);

@@ -1,5 +1,5 @@
-// The triplets around a transfer that need no image: how many are pending, how they are set up, and what the
-// descriptions of an image hold before an image fills them in.
+// The triplets around a transfer that need no image: how many are pending, how they are set up, and
+// what the descriptions of an image hold before an image fills them in.
 #include <cstring>
 #include <string>
 
@@ -25,8 +25,8 @@ constexpr char kProposedFileName[] = "C:\\TWAIN.BMP";
 
 bool IsSetUpState(int32_t state) { return state >= 4 && state <= 6; }
 
-// The text at `address`, as far as it goes and as far as it can be read: applications pass longer names than
-// the record's field holds.
+// The text at `address`, as far as it goes and as far as it can be read: applications pass longer
+// names than the record's field holds.
 std::string ReadText(const void* address, size_t limit) {
   const char* characters = static_cast<const char*>(address);
   std::string text;
@@ -76,7 +76,8 @@ TW_UINT16 TwainSource::EndTransfer(TW_PENDINGXFERS* pending) {
   const int32_t stateBefore = state_;
   ClearCurrentImage();
   pending->Count = GetNumberOfTransfersAvailable();
-  // Without images left the application has been asked to close the source, and may have done so at once.
+  // Without images left the application has been asked to close the source, and may have done so at
+  // once.
   if (state_ != stateBefore) return TWRC_SUCCESS;
   if (pending->Count == 0) {
     state_ = 5;

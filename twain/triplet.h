@@ -14,8 +14,9 @@ struct Triplet {
   TW_MEMREF data = nullptr;
 };
 
-// The record behind the triplet's data pointer, null if the application's memory does not hold a whole one
-// that may be read, or read and written. Valid while the application stays inside its call.
+// The record behind the triplet's data pointer, null if the application's memory does not hold a
+// whole one that may be read, or read and written. Valid while the application stays inside its
+// call.
 template <typename Record>
 const Record* ReadableRecord(const Triplet& triplet) {
   const bool usable = platform::IsReadable(triplet.data, sizeof(Record));

@@ -26,8 +26,8 @@ ZyrTwainSource::ZyrTwainSource(ImageCache& images, CaptureDialogViewFactory make
   productName_ = "ZYR TWAIN";
 }
 
-// Destroying the dialog's window makes the system call the application, which may come back through the
-// entry: it finds no source any more.
+// Destroying the dialog's window makes the system call the application, which may come back through
+// the entry: it finds no source any more.
 ZyrTwainSource::~ZyrTwainSource() {
   sourceInstance = nullptr;
   DropDialog();
@@ -66,8 +66,9 @@ TW_UINT16 ZyrTwainSource::EnableDS(const Triplet& triplet) {
   return result == TWRC_SUCCESS ? OpenDialog(resources.previous()) : result;
 }
 
-// While it is made, a dialog may ask to be closed or show a box, and through either the application may get
-// back in. What it does then counts: the dialog stands only if the source is still waiting for this one.
+// While it is made, a dialog may ask to be closed or show a box, and through either the application
+// may get back in. What it does then counts: the dialog stands only if the source is still waiting
+// for this one.
 TW_UINT16 ZyrTwainSource::OpenDialog(platform::ResourceModule previousResources) {
   DropDialog();
   CaptureDialogOwner& owner = *this;
@@ -129,7 +130,8 @@ TW_UINT16 ZyrTwainSource::GetNumberOfTransfersAvailable() {
   }
   Log().WriteLine("GetNumberOfTransfersAvailable() = %lu <=> returning %ld",
                   Lu(static_cast<uint32_t>(images_.GetCount())), Ld(count));
-  if (count == 0 && dialog_ != nullptr) {
+  // An application that counts again when it is asked to close must not be asked without end.
+  if (count == 0 && dialog_ != nullptr && !askingToClose_) {
     Log().WriteLine("Posting auto close message");
     NotifyCloseDSReq();
   }
@@ -151,12 +153,19 @@ void ZyrTwainSource::ClearCurrentImage() {
 
 void ZyrTwainSource::AbortTransfers() {}
 
-// While an image is under way, state 6 would make its next strip the first one again, and the application
-// would put a torn picture together.
+// While an image is under way, state 6 would make its next strip the first one again, and the
+// application would put a torn picture together.
 void ZyrTwainSource::NotifyXferReady() {
   if (state_ != 7) TwainSource::NotifyXferReady();
 }
 
-void ZyrTwainSource::NotifyCloseDSReq() { TwainSource::NotifyCloseDSReq(); }
+void ZyrTwainSource::NotifyCloseDSReq() {
+  struct Scope {
+    bool& flag;
+    const bool before;
+    ~Scope() { flag = before; }
+  } const scope{askingToClose_, std::exchange(askingToClose_, true)};
+  TwainSource::NotifyCloseDSReq();
+}
 
 }  // namespace zyr

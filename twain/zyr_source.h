@@ -51,6 +51,7 @@ class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
   CaptureDialogViewFactory makeView_;
   std::shared_ptr<CaptureDialog> dialog_;
   bool imageWasCleared_ = false;  // since the module was loaded
+  bool askingToClose_ = false;    // inside the call that asks the application to close
 };
 
 }  // namespace zyr

@@ -1,5 +1,5 @@
-// An application may send anything, in any order, from anywhere: whatever it sends, the source keeps to its
-// states, and all the memory that it hands out can be given back.
+// An application may send anything, in any order, from anywhere: whatever it sends, the source
+// keeps to its states, and all the memory that it hands out can be given back.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -23,14 +23,14 @@ namespace host = platform::host;
 constexpr int kDeepest = 3;  // triplets inside triplets
 
 constexpr TW_UINT16 kTypes[] = {
-    DAT_CAPABILITY,   DAT_EVENT,         DAT_IDENTITY,        DAT_PARENT,      DAT_PENDINGXFERS,
-    DAT_SETUPMEMXFER, DAT_SETUPFILEXFER, DAT_STATUS,          DAT_USERINTERFACE, DAT_XFERGROUP,
-    DAT_IMAGEINFO,    DAT_IMAGELAYOUT,   DAT_IMAGEMEMXFER,    DAT_IMAGENATIVEXFER, DAT_IMAGEFILEXFER,
-    DAT_CIECOLOR,     DAT_GRAYRESPONSE,  DAT_RGBRESPONSE,     DAT_JPEGCOMPRESSION, DAT_PALETTE8,
+    DAT_CAPABILITY,   DAT_EVENT,         DAT_IDENTITY,     DAT_PARENT,          DAT_PENDINGXFERS,
+    DAT_SETUPMEMXFER, DAT_SETUPFILEXFER, DAT_STATUS,       DAT_USERINTERFACE,   DAT_XFERGROUP,
+    DAT_IMAGEINFO,    DAT_IMAGELAYOUT,   DAT_IMAGEMEMXFER, DAT_IMAGENATIVEXFER, DAT_IMAGEFILEXFER,
+    DAT_CIECOLOR,     DAT_GRAYRESPONSE,  DAT_RGBRESPONSE,  DAT_JPEGCOMPRESSION, DAT_PALETTE8,
     DAT_EXTIMAGEINFO, DAT_CUSTOMDSDATA};
-constexpr TW_UINT16 kMessages[] = {MSG_GET,     MSG_GETCURRENT,   MSG_GETDEFAULT, MSG_SET,
-                                   MSG_RESET,   MSG_QUERYSUPPORT, MSG_OPENDS,     MSG_CLOSEDS,
-                                   MSG_ENABLEDS, MSG_DISABLEDS,   MSG_ENDXFER,    MSG_PROCESSEVENT};
+constexpr TW_UINT16 kMessages[] = {
+    MSG_GET,    MSG_GETCURRENT, MSG_GETDEFAULT, MSG_SET,       MSG_RESET,   MSG_QUERYSUPPORT,
+    MSG_OPENDS, MSG_CLOSEDS,    MSG_ENABLEDS,   MSG_DISABLEDS, MSG_ENDXFER, MSG_PROCESSEVENT};
 
 void Require(bool holds) {
   if (!holds) std::abort();
@@ -58,7 +58,8 @@ class Input {
   size_t size_;
 };
 
-// What an application owns for the time of a triplet: a record of any size, mostly filled with sense.
+// What an application owns for the time of a triplet: a record of any size, mostly filled with
+// sense.
 class Data {
  public:
   Data(TW_UINT16 type, TW_UINT16 message, Input& input) : type_(type), message_(message) {

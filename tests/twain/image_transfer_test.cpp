@@ -38,8 +38,8 @@ class ImageTransferTest : public SourceTest {
   }
 
   // `logLine` follows the line of the box.
-  void Fails(TW_UINT16 type, TW_UINT16 message, void* data, const std::string& text,
-             TW_UINT16 code, const char* logLine) {
+  void Fails(TW_UINT16 type, TW_UINT16 message, void* data, const std::string& text, TW_UINT16 code,
+             const char* logLine) {
     SCOPED_TRACE(logLine);
     const int32_t state = source_->state();
     Boxes();
@@ -70,8 +70,8 @@ TEST_F(ImageTransferTest, DescribesTheImageInTheNegotiatedTerms) {
     TW_UINT16 units;
     double x, y;
   };
-  for (const Case& each : {Case{TWUN_INCHES, 300, 600}, Case{TWUN_CENTIMETERS, 762, 1524},
-                           Case{TWUN_PIXELS, 3, 2}}) {
+  for (const Case& each :
+       {Case{TWUN_INCHES, 300, 600}, Case{TWUN_CENTIMETERS, 762, 1524}, Case{TWUN_PIXELS, 3, 2}}) {
     Negotiate(ICAP_UNITS, TWTY_UINT16, each.units);
     TW_IMAGEINFO info;
     std::memset(&info, 0x55, sizeof info);
@@ -130,8 +130,8 @@ TEST_F(ImageTransferTest, HandsOverNativeBitmaps) {
 TEST_F(ImageTransferTest, SavesInTheNegotiatedFormat) {
   Return(12, {1, 2, 3, 4, 5, 6});
   source_->transferFileName_ = "C:\\image";
-  for (const auto& [format, head] : {std::pair{TWFF_BMP, "BM"}, std::pair{TWFF_TIFF, "II"},
-                                     std::pair{TWFF_JFIF, "\xFF\xD8"}}) {
+  for (const auto& [format, head] :
+       {std::pair{TWFF_BMP, "BM"}, std::pair{TWFF_TIFF, "II"}, std::pair{TWFF_JFIF, "\xFF\xD8"}}) {
     source_->state_ = 6;
     Negotiate(ICAP_IMAGEFILEFORMAT, TWTY_UINT16, format);
     EXPECT_EQ(Send(DG_IMAGE, DAT_IMAGEFILEXFER, MSG_GET, nullptr), TWRC_XFERDONE);
@@ -195,10 +195,9 @@ TEST_F(ImageTransferTest, RefusesBuffersThatAreNone) {
   char small[5];
   const platform::GlobalHandle freed = platform::AllocateMovable(100, true);
   platform::FreeBlock(freed);
-  for (const TW_MEMORY& memory : {TW_MEMORY{TWMF_POINTER, 100, nullptr},
-                                  TW_MEMORY{TWMF_POINTER, sizeof small, small},
-                                  TW_MEMORY{TWMF_POINTER, 1000, kNowhere},
-                                  TW_MEMORY{TWMF_HANDLE, 100, freed}}) {
+  for (const TW_MEMORY& memory :
+       {TW_MEMORY{TWMF_POINTER, 100, nullptr}, TW_MEMORY{TWMF_POINTER, sizeof small, small},
+        TW_MEMORY{TWMF_POINTER, 1000, kNowhere}, TW_MEMORY{TWMF_HANDLE, 100, freed}}) {
     transfer_.BytesWritten = 99;
     transfer_.Memory = memory;
     Fails(DAT_IMAGEMEMXFER, MSG_GET, &transfer_, kCopy, TWCC_OPERATIONERROR, kCopy);

@@ -1,6 +1,6 @@
-// A source as an application meets it: driven through the entry, with images in its cache and a dialog that
-// shows nothing. Fields of records that are wider than two bytes stand in expectations as +field, a copy, since
-// no reference may be bound to them.
+// A source as an application meets it: driven through the entry, with images in its cache and a
+// dialog that shows nothing. Fields of records that are wider than two bytes stand in expectations
+// as +field, a copy, since no reference may be bound to them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -36,7 +36,6 @@ inline void* const kNowhere = reinterpret_cast<void*>(64);
 // Opens what a test has to set or see and no triplet shows.
 class OpenedSource : public ZyrTwainSource {
  public:
-  using ZyrTwainSource::ZyrTwainSource;
   using TwainSource::appIdentity_;
   using TwainSource::conditionCode_;
   using TwainSource::grayResponse_;
@@ -45,6 +44,7 @@ class OpenedSource : public ZyrTwainSource {
   using TwainSource::rgbResponse_;
   using TwainSource::state_;
   using TwainSource::transferFileName_;
+  using ZyrTwainSource::ZyrTwainSource;
 
   void LoadDefaultOptions() override {
     if (failToLoad) throw std::bad_alloc();
@@ -123,7 +123,8 @@ class SourceTest : public testing::Test {
     ASSERT_EQ(source_->state(), state);
   }
 
-  // An image on disk, of 300 x 600 dpi, that the cache finds. The pixels begin at the bottom of the picture.
+  // An image on disk, of 300 x 600 dpi, that the cache finds. The pixels begin at the bottom of the
+  // picture.
   void AddImage(uint32_t bitsPerPixel, uint32_t width, const std::vector<uint16_t>& pixels) {
     CachedImage image;
     image.bitsPerPixel = bitsPerPixel;

@@ -1,5 +1,5 @@
-// Who is let in, what the source tells of itself, and how a connection, a dialog and a series of transfers
-// begin and end, with the application coming back in wherever it can.
+// Who is let in, what the source tells of itself, and how a connection, a dialog and a series of
+// transfers begin and end, with the application coming back in wherever it can.
 #include <new>
 #include <stdexcept>
 
@@ -20,11 +20,11 @@ TEST_F(SourceTest, StartsAtTheFirstCallAndOnce) {
   std::memset(&garbage, 0x5A, sizeof garbage);
   TW_IDENTITY own{};
   EXPECT_EQ(RunEntry({&garbage, DG_CONTROL, DAT_IDENTITY, MSG_GET, &own}), TWRC_SUCCESS);
-  EXPECT_EQ(FormatText("%lu %s %u.%u %u %u %u.%u %lu", Lu(own.Id), own.Version.Info,
-                       own.Version.MajorNum, own.Version.MinorNum, own.Version.Language,
-                       own.Version.Country, own.ProtocolMajor, own.ProtocolMinor,
-                       Lu(own.SupportedGroups)),
-            "0 v1.7 1.7 13 1 1.9 3");
+  EXPECT_EQ(
+      FormatText("%lu %s %u.%u %u %u %u.%u %lu", Lu(own.Id), own.Version.Info, own.Version.MajorNum,
+                 own.Version.MinorNum, own.Version.Language, own.Version.Country, own.ProtocolMajor,
+                 own.ProtocolMinor, Lu(own.SupportedGroups)),
+      "0 v1.7 1.7 13 1 1.9 3");
   EXPECT_STREQ(own.Manufacturer, "Korvida, Inc.");
   EXPECT_STREQ(own.ProductFamily, "TWAIN");
   EXPECT_STREQ(own.ProductName, "ZYR TWAIN");
@@ -210,7 +210,8 @@ TEST_F(SourceTest, OpeningNeedsAnOrigin) {
   EXPECT_EQ(source_->GetBitsPerPixel(TWPT_GRAY), 16);
 }
 
-// A dialog stays allocated after MSG_DISABLEDS, until the next one takes its place or the source is closed.
+// A dialog stays allocated after MSG_DISABLEDS, until the next one takes its place or the source is
+// closed.
 TEST_F(SourceTest, KeepsADisabledDialogWithoutItsWindow) {
   GoTo(5);
   const auto first = view_->dialog;
@@ -245,8 +246,8 @@ TEST_F(SourceTest, TellsThatADialogCannotBeMade) {
   EXPECT_EQ(Status(), TWCC_CHECKDEVICEONLINE);
 }
 
-// Without its settings file a dialog shows a box and asks to be closed while it is being made. A manager with
-// callbacks brings the application's answer back at once.
+// Without its settings file a dialog shows a box and asks to be closed while it is being made. A
+// manager with callbacks brings the application's answer back at once.
 TEST_F(SourceTest, SurvivesAnApplicationThatComesBackDuringEnabling) {
   SetCheckForConflicts(true);
   for (const int32_t stateAfter : {5, 3, 4}) {
@@ -308,8 +309,8 @@ TEST_F(SourceTest, CountsPendingTransfers) {
     bool onlyOne;
     TW_UINT16 count;
   };
-  const Case cases[] = {{3, 0, -1, false, 3}, {3, 0, 0, false, 3},  {3, 2, -1, false, 2},
-                        {3, 2, 5, false, 5},  {3, 0, 1, false, 1},  {3, 2, 5, true, 1},
+  const Case cases[] = {{3, 0, -1, false, 3}, {3, 0, 0, false, 3}, {3, 2, -1, false, 2},
+                        {3, 2, 5, false, 5},  {3, 0, 1, false, 1}, {3, 2, 5, true, 1},
                         {0, 0, 5, false, 0},  {0, 0, -1, true, 0}};
   GoTo(5);
   for (const Case& each : cases) {
@@ -323,7 +324,8 @@ TEST_F(SourceTest, CountsPendingTransfers) {
   }
 }
 
-// The end of a transfer takes an image in whatever state it comes, and without any left it leads to state 5.
+// The end of a transfer takes an image in whatever state it comes, and without any left it leads to
+// state 5.
 TEST_F(SourceTest, EndsTransfersInAnyState) {
   for (const int32_t state : {3, 4, 5, 6, 7}) {
     AddImage(8, 1, {1});
@@ -343,8 +345,8 @@ TEST_F(SourceTest, EndsTransfersInAnyState) {
   EXPECT_EQ(pending_.Count, 0);
 }
 
-// The last image's end asks the application to close the source. With a manager that calls back it does so
-// inside the call, and the source must not come back to state 5 without an application.
+// The last image's end asks the application to close the source. With a manager that calls back it
+// does so inside the call, and the source must not come back to state 5 without an application.
 TEST_F(SourceTest, LeavesTheStateToAnApplicationThatCloses) {
   for (const bool close : {false, true}) {
     AddImage(8, 1, {1});

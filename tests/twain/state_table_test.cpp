@@ -1,5 +1,5 @@
-// Every triplet in every state, with good and with bad data: its result, the state behind it, and what the
-// user reads if it fails.
+// Every triplet in every state, with good and with bad data: its result, the state behind it, and
+// what the user reads if it fails.
 #include <algorithm>
 #include <array>
 
@@ -40,6 +40,7 @@ constexpr char kTransfer[] = "General failure in transfer.";
 constexpr char kNative[] = GENERAL("DAT_IMAGENATIVEXFER.");
 
 // With two images in the cache, so that one is left after MSG_ENDXFER.
+// clang-format off
 const std::vector<Row> kRows = {
     {DG_CONTROL, DAT_IDENTITY, {MSG_GET}, GENERAL("DAT_IDENTITY."), {Succeeds(kAll)}},
     {DG_CONTROL, DAT_IDENTITY, {MSG_OPENDS}, GENERAL("MSG_OPENDS."),
@@ -73,13 +74,11 @@ const std::vector<Row> kRows = {
      {Succeeds("456"), Fails("37", TWCC_SEQERROR, UNSUPPORTED("DAT_SETUPMEMXFER"))}},
     {DG_CONTROL, DAT_SETUPMEMXFER, {MSG_SET, MSG_RESET}, nullptr,
      {Fails(kAll, TWCC_BADPROTOCOL, UNSUPPORTED("DAT_SETUPMEMXFER"))}},
-    {DG_CONTROL, DAT_SETUPFILEXFER, {MSG_GET, MSG_GETCURRENT, MSG_GETDEFAULT, MSG_SET},
-     UNSUPPORTED("DAT_SETUPFILEXFER"),
+    {DG_CONTROL, DAT_SETUPFILEXFER, {MSG_GET, MSG_GETCURRENT, MSG_GETDEFAULT, MSG_SET}, UNSUPPORTED("DAT_SETUPFILEXFER"),
      {Succeeds("456"), Fails("37", TWCC_SEQERROR, UNSUPPORTED("DAT_SETUPFILEXFER"))}},
     {DG_CONTROL, DAT_SETUPFILEXFER, {MSG_RESET, MSG_GETFIRST}, nullptr,
      {Fails(kAll, TWCC_BADPROTOCOL, UNSUPPORTED("DAT_SETUPFILEXFER"))}},
-    {DG_CONTROL, DAT_XFERGROUP, {MSG_GET, MSG_GETCURRENT, MSG_GETDEFAULT, MSG_RESET},
-     UNSUPPORTED("DAT_XFERGROUP"),
+    {DG_CONTROL, DAT_XFERGROUP, {MSG_GET, MSG_GETCURRENT, MSG_GETDEFAULT, MSG_RESET}, UNSUPPORTED("DAT_XFERGROUP"),
      {Succeeds("456"), Fails("37", TWCC_SEQERROR, UNSUPPORTED("DAT_XFERGROUP"))}},
     {DG_CONTROL, DAT_XFERGROUP, {MSG_SET}, nullptr,
      {Succeeds("456"), Fails("37", TWCC_SEQERROR, UNSUPPORTED("DAT_XFERGROUP"))}},
@@ -89,8 +88,8 @@ const std::vector<Row> kRows = {
      {Succeeds("6"), Fails("3457", TWCC_SEQERROR, kTransfer)}},
     {DG_IMAGE, DAT_IMAGEINFO, {MSG_GETCURRENT, MSG_SET}, nullptr,
      {Fails(kAll, TWCC_BADPROTOCOL, kTransfer)}},
-    {DG_IMAGE, DAT_IMAGELAYOUT, {MSG_GET, MSG_GETCURRENT, MSG_GETDEFAULT},
-     GENERAL("DAT_IMAGEINFO."), {Succeeds(kAll)}},
+    {DG_IMAGE, DAT_IMAGELAYOUT, {MSG_GET, MSG_GETCURRENT, MSG_GETDEFAULT}, GENERAL("DAT_IMAGEINFO."),
+     {Succeeds(kAll)}},
     {DG_IMAGE, DAT_IMAGELAYOUT, {MSG_SET, MSG_RESET}, nullptr, {Succeeds(kAll)}},
     {DG_IMAGE, DAT_IMAGELAYOUT, {MSG_GETFIRST, MSG_GETNEXT, MSG_NULL}, nullptr,
      {Fails(kAll, TWCC_BADPROTOCOL, GENERAL("DAT_IMAGEINFO."))}},
@@ -126,6 +125,8 @@ const std::vector<Row> kRows = {
     {DG_IMAGE, DAT_IDENTITY, {MSG_OPENDS}, nullptr, {Fails(kAll, 0, nullptr)}},
     {DG_AUDIO, DAT_STATUS, {MSG_GET}, nullptr, {Fails(kAll, 0, nullptr)}},
 };
+
+// clang-format on
 
 const Outcome& OutcomeIn(int32_t state, const Row& row) {
   const auto digit = static_cast<char>('0' + state);
@@ -167,9 +168,8 @@ class StateTableTest : public SourceTest {
 
   void Check(const Row& row, TW_UINT16 message, int32_t state, void* data,
              const Outcome& expected) {
-    SCOPED_TRACE(DataGroupName(row.dataGroup) + " / " +
-                 DataArgumentTypeName(row.dataArgumentType) + " / " + MessageName(message) +
-                 " in state " + std::to_string(state));
+    SCOPED_TRACE(DataGroupName(row.dataGroup) + " / " + DataArgumentTypeName(row.dataArgumentType) +
+                 " / " + MessageName(message) + " in state " + std::to_string(state));
     Prepare(state);
     Boxes();
     source_->SetConditionCode(TWCC_SUCCESS);

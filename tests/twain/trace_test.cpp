@@ -8,8 +8,8 @@ bool StartsWith(const std::string& line, const std::string& head) {
   return line.compare(0, head.size(), head) == 0;
 }
 
-// Without the listings of capabilities, of which only the number of lines is left, and without the dialog's
-// texts: both have their own tests.
+// Without the listings of capabilities, of which only the number of lines is left, and without the
+// dialog's texts: both have their own tests.
 std::string Abridged(const Lines& lines) {
   std::string text;
   size_t skipped = 0;

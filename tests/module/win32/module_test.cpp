@@ -50,7 +50,8 @@ TEST(ModuleTest, AnswersEachTimeItIsLoaded) {
 
 #ifdef __i386__
 
-// Other compilers' programs keep their stack aligned to 4 bytes only, and the entry takes its arguments off.
+// Other compilers' programs keep their stack aligned to 4 bytes only, and the entry takes its
+// arguments off.
 TEST(ModuleTest, BearsAnyStack) {
   const HMODULE module = LoadLibraryA(ModulePath().c_str());
   ASSERT_NE(module, nullptr) << GetLastError();
@@ -64,7 +65,11 @@ TEST(ModuleTest, BearsAnyStack) {
         "movl %%esp, %%ebx\n\t"
         "andl $-16, %%esp\n\t"
         "subl %%ecx, %%esp\n\t"
-        "pushl 16(%%esi)\n\tpushl 12(%%esi)\n\tpushl 8(%%esi)\n\tpushl 4(%%esi)\n\tpushl (%%esi)\n\t"
+        "pushl 16(%%esi)\n\t"
+        "pushl 12(%%esi)\n\t"
+        "pushl 8(%%esi)\n\t"
+        "pushl 4(%%esi)\n\t"
+        "pushl (%%esi)\n\t"
         "leal 20(%%esp), %%esi\n\t"
         "call *%%edi\n\t"
         "subl %%esp, %%esi\n\t"
