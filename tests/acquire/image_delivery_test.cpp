@@ -262,6 +262,13 @@ TEST_F(DeliveryTest, InvertsWithinTheStrip) {
   }
 }
 
+// An image that is not delivered would be deleted all the same at the end of its transfer.
+TEST_F(DeliveryTest, EscapeDoesNotKeepAnImageFromBeingPrepared) {
+  const auto image = NewImage(4, 6, 12);
+  host::PressEscapeAtQuestion(3);
+  EXPECT_NE(image->PrepareImage(), nullptr);
+}
+
 TEST_F(DeliveryTest, WritesUprightFilesInTheFormatAskedFor) {
   const auto image = NewImage(16, 16, 8);
   std::vector<uint8_t> darkBelow(256, 250);
