@@ -188,6 +188,22 @@ TEST_F(ImageTransferTest, HandsOverStrips) {
   EXPECT_EQ(Number(buffer_, 0, 2), 65529u);
 }
 
+TEST_F(ImageTransferTest, ASecondReturnDoesNotRestartAnImageUnderWay) {
+  Return(12, {1, 2, 3, 4, 5, 6});
+  StartTrace();
+  EXPECT_EQ(Strip(6), TWRC_SUCCESS);
+  const Lines trace = Trace();
+  const auto at = [&](const char* line) {
+    return std::find(trace.begin(), trace.end(), line) - trace.begin();
+  };
+  EXPECT_EQ(at("    Passed pointer to datablock") + 1, at("      Current bit depth: Grayscale"));
+
+  source_->NotifyXferReady();
+  EXPECT_EQ(source_->state(), 7);
+  EXPECT_EQ(Strip(100), TWRC_XFERDONE);
+  EXPECT_EQ(+transfer_.YOffset, 1u);
+}
+
 TEST_F(ImageTransferTest, RefusesBuffersThatAreNone) {
   Return(12, {1, 2, 3, 4, 5, 6});
   StartTrace();
