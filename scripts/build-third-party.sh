@@ -21,7 +21,7 @@ pinned='254f3642b04e309fee775123133c6464181addc150499561020312ec61c1bf7c  libjpe
 check_pins() {
   (cd "$sources" && sha256sum --check --quiet <<<"$pinned") || {
     echo "The mirror's libjpeg-turbo or tiff is not the upstream release that is pinned in scripts/build-third-party.sh."
-    echo "It has: $(cd "$sources" && ls | grep -F .orig.tar. | tr '\n' ' ')"
+    echo "It has: $(cd "$sources" && echo ./*.orig.tar.*)"
     return 1
   }
 }

@@ -9,7 +9,7 @@
 namespace zyr {
 namespace {
 
-constexpr size_t kBufferSize = 64 * 1024;
+constexpr size_t kBufferSize = 256 * 1024;
 constexpr int64_t kFileSizeOffset = 2;
 constexpr int64_t kPixelOffsetOffset = 10;
 
