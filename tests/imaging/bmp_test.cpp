@@ -34,11 +34,11 @@ TEST_F(BmpTest, AFullDiskIsReportedWhereItShows) {
   const std::string palette =
       R"(Unable to write color palette data to the file 'C:\out\picture.bmp')";
   const std::string pixels = R"(Unable to write the image to the file 'C:\out\picture.bmp')";
-  constexpr uint64_t kAll = 1078 + 400 * 500;
+  constexpr uint64_t kAll = 1078 + 700 * 500;
   const std::pair<uint64_t, std::string> cases[] = {
       {0, header},    {53, header},       {54, palette},     {1077, palette}, {1078, pixels},
       {9999, pixels}, {kAll - 1, pixels}, {kAll + 7, pixels}};  // the last while patching
-  const auto image = RandomGrey(400, 500);
+  const auto image = RandomGrey(700, 500);
   for (const auto& [room, text] : cases) {
     host::PutFile(kPath, "old");
     host::FillDiskAfter(room);
