@@ -34,9 +34,10 @@ wine_select() {
 }
 
 # wine_environment ARCH PREFIX [DISPLAY]: sets the array wine_env, to be given to `env`, and what wine_select sets.
+# The locale is fixed: Wine takes from it how names of files are written, and in plain "C" it refuses an umlaut.
 wine_environment() {
   wine_select "$1" || return 1
-  wine_env=(-u DISPLAY -u WAYLAND_DISPLAY WINEPREFIX="$2" WINELOADER="$wine_loader" WINESERVER="$wine_server"
+  wine_env=(-u DISPLAY -u WAYLAND_DISPLAY LC_ALL=C.UTF-8 WINEPREFIX="$2" WINELOADER="$wine_loader" WINESERVER="$wine_server"
     WINEARCH="$([ "$1" = x86 ] && echo win32 || echo win64)"
     WINEDEBUG="${ZYR_WINEDEBUG:--all}" "WINEDLLOVERRIDES=mscoree=;mshtml=;winemenubuilder.exe=d"
     HOME="$ZYR_WINE/home")
