@@ -11,7 +11,7 @@ struct DrawRect {
   int x = 0;
   int y = 0;
   int width = 0;
-  int height = 0;  // negative mirrors the rows
+  int height = 0;
 };
 
 // A bottom-up bitmap of 1, 8 or 24 bits with rows padded to 4 bytes. `palette` has `colorCount` entries
@@ -25,6 +25,8 @@ struct DibView {
   const uint8_t* bits = nullptr;
 };
 
+// Stretches the part `from` of the picture over `to`; both count y from the top. A negative height
+// of `from` draws the rows of the positive height, the last one first.
 bool DrawDib(DeviceContext target, const DrawRect& to, const DibView& dib, const DrawRect& from);
 
 }  // namespace zyr::platform

@@ -4,39 +4,21 @@
 #include <array>
 #include <cstring>
 #include <memory>
-#include <optional>
-
-#include <tiffio.h>
 
 #include "imaging/formats/file_steps.h"
+#include "imaging/formats/tiff_output.h"
 #include "platform/escape_key.h"
 #include "platform/files.h"
 
 namespace zyr {
 namespace {
 
-struct CloseTiff {
-  void operator()(TIFF* tiff) const { TIFFClose(tiff); }
-};
-using TiffFile = std::unique_ptr<TIFF, CloseTiff>;
+constexpr size_t kBufferSize = 256 * 1024;
 
 struct FreeTiffMemory {
   void operator()(void* memory) const { _TIFFfree(memory); }
 };
 using TiffBuffer = std::unique_ptr<uint8_t, FreeTiffMemory>;
-
-TiffFile OpenForWriting(const std::string& path) {
-  // The library would write to the error stream or show message boxes in its host's name.
-  TIFFSetErrorHandler(nullptr);
-  TIFFSetWarningHandler(nullptr);
-  return TiffFile(TIFFOpen(platform::NativePath(path).c_str(), "w"));
-}
-
-// The library writes its header as it opens the file: a full disk leaves an empty one.
-void RemoveIfEmpty(const std::string& path) {
-  const std::optional<platform::FileStatus> status = platform::StatusOf(path);
-  if (status && !status->isDirectory && status->size == 0) platform::RemoveFile(path);
-}
 
 bool SetCommonTags(TIFF* tiff, const CKIPImage& image, const CKIPTiffSaver& saver) {
   return TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width()) &&
@@ -84,14 +66,12 @@ bool SetDepthTags(TIFF* tiff, const CKIPImage& image) {
   return SetPixelTags(tiff, PHOTOMETRIC_PALETTE, 8, 1) && SetColorMap(tiff, image.palette());
 }
 
-enum class Outcome { kWritten, kFailed, kAborted };
-
-Outcome WritePixels(TIFF* tiff, const CKIPImage& image, ProgressCallback progress) {
+bool WritePixels(TIFF* tiff, const CKIPImage& image, ProgressCallback progress, bool* aborted) {
   const size_t rowBytes = image.stride() - image.rowPadding();
   const tmsize_t scanlineBytes = TIFFScanlineSize(tiff);
-  if (scanlineBytes < static_cast<tmsize_t>(rowBytes)) return Outcome::kFailed;
+  if (scanlineBytes < static_cast<tmsize_t>(rowBytes)) return false;
   const TiffBuffer row(static_cast<uint8_t*>(_TIFFmalloc(scanlineBytes)));
-  if (row == nullptr) return Outcome::kFailed;
+  if (row == nullptr) return false;
   for (uint32_t y = 0; y < image.height(); ++y) {
     const uint8_t* source = RowReadingAhead(image, y);
     if (image.bitsPerPixel() == 24) {
@@ -99,18 +79,21 @@ Outcome WritePixels(TIFF* tiff, const CKIPImage& image, ProgressCallback progres
     } else {
       std::memcpy(row.get(), source, rowBytes);
     }
-    if (TIFFWriteScanline(tiff, row.get(), y, 0) < 0) return Outcome::kFailed;
+    if (TIFFWriteScanline(tiff, row.get(), y, 0) < 0) return false;
     Report(progress, static_cast<double>(y) / image.height());
-    if (UserAborted()) return Outcome::kAborted;
+    *aborted = UserAborted();
+    if (*aborted) return false;
   }
-  // Closing would not tell whether the last strip and the tags reached the file.
-  return TIFFFlush(tiff) ? Outcome::kWritten : Outcome::kFailed;
+  // Closing would not tell whether the last strip and the tags were written.
+  return TIFFFlush(tiff) != 0;
 }
 
-Outcome WriteFile(TIFF* tiff, const CKIPImage& image, const CKIPTiffSaver& saver,
-                  ProgressCallback progress) {
-  if (!SetCommonTags(tiff, image, saver) || !SetDepthTags(tiff, image)) return Outcome::kFailed;
-  return WritePixels(tiff, image, progress);
+bool Encode(BufferedFile& file, const CKIPImage& image, const CKIPTiffSaver& saver,
+            ProgressCallback progress, bool* aborted) {
+  TiffOutput output(file);
+  const TiffFile tiff = output.Open();
+  return tiff != nullptr && SetCommonTags(tiff.get(), image, saver) &&
+         SetDepthTags(tiff.get(), image) && WritePixels(tiff.get(), image, progress, aborted);
 }
 
 }  // namespace
@@ -119,17 +102,16 @@ bool CKIPTiffSaver::Save(const std::string& path, CKIPImage* image, ProgressCall
   SetLastFileName(path);
   if (image == nullptr || !CheckImageToSave(image)) return false;
   image->fileFormat = kFileFormatTiff;
-  TiffFile tiff = OpenForWriting(path);
-  if (tiff == nullptr) {
+  BufferedFile file(kBufferSize);
+  if (!file.OpenWrite(path, true)) {
     ReportCannotSave("TIFF", path);
-    RemoveIfEmpty(path);
     return false;
   }
   platform::ClearEscapeKey();
-  const Outcome outcome = WriteFile(tiff.get(), *image, *this, progress);
-  tiff.reset();
-  if (outcome != Outcome::kWritten) {
-    if (outcome == Outcome::kFailed) ReportCannotWriteImage(path);
+  bool aborted = false;
+  const bool encoded = Encode(file, *image, *this, progress, &aborted);
+  if (!file.Close() || !encoded) {
+    if (!aborted) ReportCannotWriteImage(path);
     platform::RemoveFile(path);
     return false;
   }

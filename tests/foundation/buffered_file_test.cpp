@@ -60,10 +60,9 @@ TEST_F(BufferedFileTest, PassesTheSameBytesWhateverTheBufferAndThePieces) {
         EXPECT_EQ(host::FileBytes(kPath), written);
 
         ASSERT_TRUE(text ? file.OpenTextRead(kPath) : file.OpenRead(kPath));
-        std::string read(1, '\0'), part(piece, '\0');
-        EXPECT_EQ(file.Read(read.data(), 1), 1);  // so that the pieces begin within a buffer
-        for (int64_t count; (count = file.Read(part.data(), piece)) > 0;) {
-          read.append(part, 0, static_cast<size_t>(count));
+        std::string read, part(piece, '\0');
+        for (size_t ask = 1; const int64_t count = file.Read(part.data(), ask); ask = piece) {
+          read.append(part, 0, static_cast<size_t>(count));  // at first one byte: amid a buffer
         }
         EXPECT_EQ(read, text ? WithoutCrLf(written) : written);
         EXPECT_EQ(file.Tell(), static_cast<int64_t>(written.size()));
@@ -86,13 +85,10 @@ TEST_F(BufferedFileTest, OpensInItsModes) {
   EXPECT_EQ(file.Read(&byte, 1), -1);
 
   ASSERT_TRUE(file.OpenAppend(kPath));  // closes, and so writes, what was open
-  EXPECT_EQ(host::FileBytes(kPath), "ab2345cd89");
   EXPECT_EQ(file.initialSize(), 10u);
-  EXPECT_TRUE(file.Seek(0));
-  EXPECT_TRUE(file.Printf("%s%lu", "e", 1ul));
+  EXPECT_TRUE(file.Seek(0) && file.Printf("%s%lu", "e", 1ul));
   EXPECT_EQ(file.Tell(), 12);
-  ASSERT_TRUE(file.OpenTextAppend(kPath));
-  file.PutByte('\n');
+  ASSERT_TRUE(file.OpenTextAppend(kPath) && file.PutByte('\n'));
   ASSERT_TRUE(file.OpenRead(kPath));
   EXPECT_EQ(host::FileBytes(kPath), "ab2345cd89e1\r\n");
   EXPECT_EQ(file.Write("x", 1), -1);
@@ -128,6 +124,7 @@ TEST_F(BufferedFileTest, ReportsBytesThatTheDiskDidNotTake) {
   EXPECT_FALSE(file.Sync());  // the loss stays known
   EXPECT_FALSE(file.Close());
   EXPECT_EQ(host::FileBytes(kPath), "later");
+  EXPECT_TRUE(file.OpenWrite(kPath, true) && file.Close());
 }
 
 TEST_F(BufferedFileTest, KeepsNumbersAndStringsAndRefusesLengthsThatLie) {
@@ -170,14 +167,13 @@ TEST_F(BufferedFileTest, ChecksTheHeadersOfOwnFiles) {
   EXPECT_FALSE(WriteFileHeader(file, kIdentifier, 3));
   EXPECT_EQ(LastErrorText(), "Unable to write the file version.");
 
-  const std::string wrong =
-      "A invalid file type was specified (the file did not contain the proper file identifier)";
   const std::pair<std::string, std::string> kCases[] = {
       {"ABCDEFGH\2\0\0\0"s, "accepted"},
+      {"ABCDEFGH\3\0\0\0"s, "accepted"},
       {"ABCDEFGH\4\0\0\0"s,
        "An unsupported version (version = 00000004) was detected in the specified file"},
-      {"ABCDEFGX\3\0\0\0"s, wrong},
-      {"XBCDEFGH\3\0\0\0"s, wrong},
+      {"ABCDEFGX\3\0\0\0"s,
+       "A invalid file type was specified (the file did not contain the proper file identifier)"},
       {"ABCDEFG", "Invalid file specified (unable to read file identifier)."},
       {"ABCDEFGH\3\0\0"s, "Invalid file specified (unable to read file version)."},
   };
@@ -187,7 +183,7 @@ TEST_F(BufferedFileTest, ChecksTheHeadersOfOwnFiles) {
     ASSERT_TRUE(file.OpenRead(kPath));
     const bool accepted = CheckFileHeader(file, kIdentifier, 3, &version);
     EXPECT_EQ(accepted ? "accepted" : LastErrorText(), outcome);
-    EXPECT_EQ(version, accepted ? 2u : 0u);
+    EXPECT_EQ(version, accepted ? bytes[8] : 0u);
   }
 }
 

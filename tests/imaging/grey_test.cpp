@@ -18,21 +18,18 @@ TEST_F(GreyTest, ColorsComeOutDarkerThanGreys) {
 TEST_F(GreyTest, ConversionsLookUpEachPixel) {
   for (const uint32_t bits : {1u, 8u, 24u}) {
     const auto image = RandomImage(21, 5, bits, bits == 24 ? Palette{} : ColoredPalette(256));
-    const auto grey = ConvertToGrey8(*image, RecordProgress);
+    const auto grey = ConvertToGrey8(*image, nullptr);
     const auto colored = ConvertTo24(*image, nullptr);
     ASSERT_TRUE(grey != nullptr && grey->IsGrey() && colored != nullptr);
     EXPECT_EQ(colored->xResolution(), 300u);
     for (uint32_t i = 0; i < 21 * 5; ++i) {
       PaletteEntry color;
-      PaletteEntry actual;
       ASSERT_TRUE(image->GetColor(i % 21, i / 21, &color));
-      ASSERT_TRUE(colored->GetColor(i % 21, i / 21, &actual));
-      EXPECT_EQ(actual, color);
+      EXPECT_EQ(std::memcmp(colored->PictureRow(i / 21) + i % 21 * 3, &color, 3), 0);
       const uint8_t level = GreyFromRgb(color.red, color.green, color.blue);
       EXPECT_EQ(grey->PictureRow(i / 21)[i % 21], level);
     }
   }
-  EXPECT_EQ(g_fractions.size(), 15u);
 }
 
 TEST_F(GreyTest, PixelsWithoutColor) {
@@ -41,9 +38,9 @@ TEST_F(GreyTest, PixelsWithoutColor) {
   image->SetByte(1, 2, 10);
   EXPECT_EQ(ConvertTo24(*image, nullptr), nullptr);
   EXPECT_EQ(ConvertToGrey8(*image, nullptr)->PictureRow(2)[1], 255);
-  EXPECT_EQ(ConvertToGrey8(CKIPImage(), nullptr), nullptr);
   platform::host::PressEscapeAtQuestion(3);
-  EXPECT_EQ(ConvertToGrey8(*image, nullptr), nullptr);
+  EXPECT_EQ(ConvertToGrey8(*image, RecordProgress), nullptr);
+  EXPECT_EQ(g_fractions, (std::vector<double>{0, 0.25, 0.5}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What the formats have in common.
+// What the formats have in common, and the BMP file.
 #include <filesystem>
 
 #include "imaging/formats/bmp.h"
@@ -19,69 +19,100 @@ struct Format {
   uint32_t code;
   uint32_t cannotOpenCode;
   std::string cannotOpen;
-  double firstFraction;  // for the first of 4 rows
+  std::vector<double> fractions;  // of 4 rows
   bool (*save)(const std::string& path, CKIPImage* image);
 };
-const Format kFormats[] = {
-    {1, 0x10000006, R"(Unable to save BMP file 'C:\missing\picture')", 0,
-     [](auto& path, auto* image) { return CKIPBmpSaver().Save(path, image, RecordProgress); }},
-    {3, 0x10000005, R"(Unable to open JPEG file 'C:\missing\picture')", 0.25,
-     [](auto& path, auto* image) { return CKIPJpegSaver().Save(path, image, 90, RecordProgress); }},
-    {5, 0x10000006, R"(Unable to save TIFF file 'C:\missing\picture')", 0,
-     [](auto& path, auto* image) { return CKIPTiffSaver().Save(path, image, RecordProgress); }}};
+const Format kBmp = {
+    1,
+    0x10000006,
+    R"(Unable to save BMP file 'C:\missing\picture')",
+    {0, 0.25, 0.5, 0.75},
+    [](auto& path, auto* image) { return CKIPBmpSaver().Save(path, image, RecordProgress); }};
+const Format kJpeg = {
+    3,
+    0x10000005,
+    R"(Unable to open JPEG file 'C:\missing\picture')",
+    {0.25, 0.5, 0.75, 1},
+    [](auto& path, auto* image) { return CKIPJpegSaver().Save(path, image, 90, RecordProgress); }};
+const Format kTiff = {
+    5,
+    0x10000006,
+    R"(Unable to save TIFF file 'C:\missing\picture')",
+    {0, 0.25, 0.5, 0.75},
+    [](auto& path, auto* image) { return CKIPTiffSaver().Save(path, image, RecordProgress); }};
 
-TEST_F(ImageFilesTest, SavingTellsTheImageAboutTheFile) {
-  for (const Format& format : kFormats) {
+TEST_F(ImageFilesTest, SavingTellsTheImageAboutTheFileOrWhyThereIsNone) {
+  for (const Format& format : {kBmp, kJpeg, kTiff}) {
     const auto image = RandomGrey(31, 4);
     host::PressEscape();  // before the save: forgotten
+    g_fractions.clear();
     ASSERT_TRUE(format.save(kPath, image.get())) << format.code;
     EXPECT_EQ(image->fileFormat, format.code);
     EXPECT_EQ(image->fileSize, host::FileBytes(kPath)->size());
-    const double first = format.firstFraction;
-    EXPECT_EQ(g_fractions, (std::vector<double>{first, first + 0.25, first + 0.5, first + 0.75}));
-    g_fractions.clear();
-  }
-}
-
-TEST_F(ImageFilesTest, EscapeEndsTheSaveAndDeletesTheFile) {
-  for (const Format& format : kFormats) {
+    EXPECT_EQ(g_fractions, format.fractions);
     for (int row = 1; row <= 4; ++row) {
       host::PutFile(kPath, "old");
       host::PressEscapeAtQuestion(row);
-      EXPECT_FALSE(format.save(kPath, RandomGrey(31, 4).get())) << format.code;
+      EXPECT_FALSE(format.save(kPath, image.get())) << format.code;
       ExpectError(3, "User abort");
       EXPECT_FALSE(host::FileBytes(kPath).has_value());
     }
-  }
-}
-
-TEST_F(ImageFilesTest, SavingFailsWithoutFolderOrImage) {
-  for (const Format& format : kFormats) {
-    EXPECT_FALSE(format.save(R"(C:\missing\picture)", RandomGrey(3, 3).get()));
+    EXPECT_FALSE(format.save(R"(C:\missing\picture)", image.get()));
     ExpectError(format.cannotOpenCode, format.cannotOpen);
     EXPECT_EQ(CKIPImageFile::LastFileName(), R"(C:\missing\picture)");
     CKIPImage empty;
-    EXPECT_FALSE(format.save(kPath, &empty));
-    ExpectError(0x20000005, "Invalid image specified");
-    EXPECT_FALSE(format.save(kPath, nullptr));
+    EXPECT_FALSE(format.save(kPath, &empty) || format.save(kPath, nullptr));
     EXPECT_FALSE(host::FileBytes(kPath).has_value());
   }
 }
 
-TEST_F(ImageFilesTest, DiskFullDeletesTheFile) {
-  // The libraries write past the double; this device is as full as a disk can be. Windows has none.
-  if (!std::filesystem::exists("/dev/full")) return;
-  const std::filesystem::path link = host::NativeOf(kPath);
-  for (const Format& format : kFormats) {
-    for (const uint32_t height : {2u, 3000u}) {  // found out at the end, and on the way
-      std::filesystem::create_symlink("/dev/full", link);
-      const auto image = RandomGrey(300, height);
-      EXPECT_FALSE(format.save(kPath, image.get()));
-      const bool failsToOpen = format.code == 5;  // writes as it opens
-      EXPECT_EQ(LastImageErrorCode(), failsToOpen ? 0x10000006u : 0x10000007u);
-      EXPECT_EQ(std::filesystem::remove(link), failsToOpen);  // the others have removed it
-      EXPECT_EQ(image->fileSize, 0u);
+TEST_F(ImageFilesTest, AFullDiskIsReportedWhereItShowsAndDeletesTheFile) {
+  const auto image = RandomGrey(700, 500);
+  const auto expectFailure = [&](const Format& format, const std::string& text) {
+    EXPECT_FALSE(format.save(kPath, image.get())) << format.code;
+    if (!text.empty()) ExpectError(0x10000007, text + R"( file 'C:\out\picture')");
+    EXPECT_FALSE(host::FileBytes(kPath).has_value());
+  };
+  const struct {
+    const Format& format;
+    std::vector<uint64_t> rooms;
+    const char* text;
+  } cases[] = {{kBmp, {0, 53}, "Unable to write the image header in"},
+               {kBmp, {54, 1077}, "Unable to write color palette data to the"},
+               // The last while patching the header.
+               {kBmp, {1078, 9999, 351'077, 351'085}, "Unable to write the image to the"},
+               {kTiff, {0, 8, 99'999, 353'257}, "Unable to write the image to the"}};
+  for (const auto& [format, rooms, text] : cases) {
+    for (const uint64_t room : rooms) {
+      host::PutFile(kPath, "old");
+      host::FillDiskAfter(room);
+      expectFailure(format, text);
     }
+  }
+  EXPECT_EQ(image->fileSize, 0u);
+  // libjpeg writes past the double; this device is as full as a disk can be. Windows has none.
+  if (!std::filesystem::exists("/dev/full")) return;
+  std::filesystem::create_symlink("/dev/full", host::NativeOf(kPath));
+  expectFailure(kJpeg, "");
+}
+
+TEST_F(ImageFilesTest, EveryFieldOfABmpFileHasItsPlace) {
+  for (const uint32_t bits : {1u, 8u, 24u}) {
+    const uint32_t colors = bits == 24 ? 0 : bits == 8 ? 256 : 2;
+    const auto image = RandomImage(13, 5, bits, ColoredPalette(colors));
+    host::PutFile(kPath, std::string(10000, 'x'));
+    ASSERT_TRUE(CKIPBmpSaver().Save(kPath, image.get(), nullptr));
+    const std::string bytes = *host::FileBytes(kPath);
+    const uint32_t pixels = 54 + 4 * colors;
+    ASSERT_EQ(bytes.size(), pixels + image->dataSize());
+    EXPECT_EQ(bytes.substr(0, 2), "BM");
+    const uint32_t fields[] = {image->fileSize, 0,    pixels, 40,    13, 5, 1 | bits << 16, 0, 0,
+                               11811,           5906, colors, colors};
+    EXPECT_EQ(std::memcmp(bytes.data() + 2, fields, sizeof(fields)), 0);
+    for (uint32_t i = 0; i < 4 * colors; i += 4) {
+      EXPECT_EQ(std::memcmp(bytes.data() + 54 + i, &image->palette()[i / 4], 4), 0);
+    }
+    EXPECT_EQ(std::memcmp(bytes.data() + pixels, image->bits(), image->dataSize()), 0);
   }
 }
 

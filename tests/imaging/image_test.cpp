@@ -1,5 +1,7 @@
 #include "imaging/image/image.h"
 
+#include <array>
+
 #include "foundation/support/phrase_lookup.h"
 #include "tests/imaging/imaging_test.h"
 
@@ -10,16 +12,14 @@ using ImageTest = ImagingTest;
 namespace host = platform::host;
 
 TEST_F(ImageTest, NewImagesArePaddedAndWhite) {
-  const uint32_t cases[][4] = {{1, 8, 4, 3},   {4, 8, 4, 0}, {5, 8, 8, 3},  {1, 24, 4, 1},
-                               {4, 24, 12, 0}, {9, 1, 4, 2}, {32, 1, 4, 0}, {33, 1, 8, 3}};
   CKIPImage image;
-  for (const auto& [width, bits, stride, padding] : cases) {
+  for (const auto& [width, bits, stride] :
+       {std::array{1u, 8u, 4u}, {4, 8, 4}, {1, 24, 4}, {9, 1, 4}, {33, 1, 8}}) {
     ASSERT_TRUE(image.Create(width, 3, bits));
-    EXPECT_EQ(image.rowPadding(), padding);
     EXPECT_EQ(PixelBytes(image), Bytes(stride * 3, 0xFF));
   }
   Palette palette(256);
-  for (const uint8_t white : {255, 200, 3}) {  // the earlier of the last two stands
+  for (const uint8_t white : {255, 200}) {  // the earlier of two stands
     palette[white] = {254, 255, 255, 0};
     image.SetPalette(palette);
     ASSERT_TRUE(image.Create(5, 2, 8));
@@ -36,23 +36,14 @@ TEST_F(ImageTest, CreateRefusesBadSizesAndKeepsThePicture) {
   SetPhraseLookup(nullptr);
   ExpectError(0x20000000, "Falsch: Invalid bits-per-pixel (16)");
   EXPECT_EQ(image.name, "new name");
-  const uint32_t sizes[][3] = {
-      {0, 5, 8},           {5, 0, 24},         {65536, 65536, 8},           {0x80000000, 1, 1},
-      {0x55555556, 1, 24}, {1, 0x40000000, 8}, {0xFFFFFFFF, 0xFFFFFFFF, 24}};
-  for (const auto& [width, height, bits] : sizes) {
-    EXPECT_FALSE(image.Create(width, height, bits));
-    ExpectError(0x20000001, "Invalid image dimensions (" + std::to_string(width) + "x" +
-                                std::to_string(height) + ")");
-  }
+  EXPECT_FALSE(image.Create(0, 5, 8));
+  ExpectError(0x20000001, "Invalid image dimensions (0x5)");
+  EXPECT_FALSE(image.Create(65536, 65536, 8));  // more bytes than 32 bits count
+  ExpectError(0x20000001, "Invalid image dimensions (65536x65536)");
+  EXPECT_FALSE(image.Create(0x55555556, 1, 24) || image.Create(0x80000000, 1, 1));
   EXPECT_EQ(image.dataSize(), 8u);
-  uint32_t x = 0;
-  uint32_t y = 0;
-  image.GetResolutionPerMetre(&x, &y);
-  EXPECT_EQ(x, 39u);  // of 1 for 0
-  EXPECT_EQ(y, 11811u);
-  image.SetResolutionPerMetre(11811, 19);  // 19 rounds to 0
-  EXPECT_EQ(image.xResolution(), 300u);
-  EXPECT_EQ(image.yResolution(), 1u);
+  EXPECT_EQ(image.xResolution(), 1u);  // for 0
+  EXPECT_EQ(image.yResolution(), 300u);
 }
 
 TEST_F(ImageTest, AccessorsCountFromTheTop) {
@@ -64,18 +55,16 @@ TEST_F(ImageTest, AccessorsCountFromTheTop) {
   EXPECT_EQ(image.bits()[0], 0x7F);
   image.SetByte(0, 2, 5);
   EXPECT_TRUE(image.GetBit(0, 2));
-  uint8_t value = 9;
-  image.GetByte(9, 0, &value);
-  EXPECT_EQ(value, 0);
-  EXPECT_FALSE(image.GetColor(0, 2, nullptr));
 
   ASSERT_TRUE(image.Create(3, 2, 24));
   image.SetRgb(1, 0, 0x030201);
   image.SetBgr(2, 0, 0x030201);
   EXPECT_EQ(Bytes(image.bits() + 15, image.bits() + 21), (Bytes{3, 2, 1, 1, 2, 3}));
-  PaletteEntry color;
-  ASSERT_TRUE(image.GetColor(1, 0, &color));
-  EXPECT_EQ(color, (PaletteEntry{3, 2, 1, 0}));
+
+  ASSERT_TRUE(image.Create(1, 1, 8));
+  image.SetPalette({{0, 0, 9, 0}, {12, 0, 0, 0}, {0, 10, 0, 0}, {10, 0, 0, 0}});
+  image.SetRgb(0, 0, 0x0A0A0A);
+  EXPECT_EQ(image.bits()[0], 2);  // the first of the two nearest colours
 }
 
 TEST_F(ImageTest, CheckedColorsTellWhatIsWrong) {
@@ -83,25 +72,11 @@ TEST_F(ImageTest, CheckedColorsTellWhatIsWrong) {
   EXPECT_FALSE(image.GetColorChecked(9, 9, nullptr));
   ExpectError(0x20000005, "Invalid image specified");
   ASSERT_TRUE(image.Create(3, 2, 8));
-  EXPECT_FALSE(image.GetColorChecked(3, 1, nullptr));
-  ExpectError(0x2000000E, "Image index out of range (3x1)");
+  image.SetPalette(Palette(255));
   EXPECT_FALSE(image.GetColorChecked(2, 2, nullptr));
   ExpectError(0x2000000E, "Image index out of range (2x2)");
-  image.SetPalette(Palette(255));
   EXPECT_FALSE(image.GetColorChecked(2, 1, nullptr));
   ExpectError(0x2000000F, "Color index out of range (255 out of 255)");
-}
-
-TEST_F(ImageTest, NearestColorIsTheFirstOfTheNearest) {
-  CKIPImage image;
-  uint32_t index = 0;
-  EXPECT_FALSE(image.FindNearestPaletteIndex({}, &index));
-  image.SetPalette({{10, 10, 10, 0}, {20, 10, 10, 0}, {15, 10, 10, 0}, {15, 10, 10, 0}});
-  EXPECT_TRUE(image.FindNearestPaletteIndex({15, 10, 10, 0}, &index));
-  EXPECT_EQ(index, 2u);
-  image.SetPalette({{0, 0, 9, 0}, {12, 0, 0, 0}, {0, 10, 0, 0}, {10, 0, 0, 0}});
-  EXPECT_TRUE(image.FindNearestPaletteIndexRgb(0x0A0A0A, &index));
-  EXPECT_EQ(index, 2u);
 }
 
 TEST_F(ImageTest, CopiesAndClones) {
@@ -145,25 +120,26 @@ TEST_F(ImageTest, TakeOverMovesEverything) {
 }
 
 TEST_F(ImageTest, CopyRectKeepsToTheImage) {
-  constexpr int32_t kRects[][4] = {{2, 1, 3, 2},  {-3, -2, 8, 20},      {7, 4, 30, 30},
-                                   {50, 0, 2, 2}, {INT32_MIN, 0, 2, 2}, {0, INT32_MAX, 2, 2}};
+  constexpr int32_t kRects[][4] = {{2, 1, 3, 2},
+                                   {-3, -2, 8, 20},
+                                   {7, 4, 30, 30},
+                                   {INT32_MIN, 0, 2, 2},
+                                   {INT32_MAX, INT32_MAX, 2, 2}};
   for (const uint32_t bits : {1u, 8u, 24u}) {
     const auto image = RandomImage(9, 6, bits, bits == 24 ? Palette{} : ColoredPalette(256));
     for (const auto& [left, top, width, height] : kRects) {
       CKIPImage part;
       ASSERT_TRUE(image->CopyRect(part, left, top, width, height));
-      const auto blank = part.Clone(false);
+      const auto expected = part.Clone(false);
       for (int32_t i = 0; i < width * height; ++i) {
         const int64_t x = int64_t{left} + i % width;
         const int64_t y = int64_t{top} + i / width;
-        const bool inside = x >= 0 && x < 9 && y >= 0 && y < 6;
-        PaletteEntry expected;
-        PaletteEntry actual;
-        blank->GetColor(0, 0, &expected);
-        if (inside) image->GetColor(x, y, &expected);
-        part.GetColor(i % width, i / width, &actual);
-        ASSERT_EQ(actual, expected) << bits << " " << left << " " << i;
+        PaletteEntry color;
+        if (x < 0 || x >= 9 || y < 0 || y >= 6) continue;
+        image->GetColor(x, y, &color);
+        expected->SetRgb(i % width, i / width, color.red | color.green << 8 | color.blue << 16);
       }
+      EXPECT_EQ(PixelBytes(part), PixelBytes(*expected)) << bits << " " << left;
     }
     ASSERT_TRUE(image->CopyRect(*image, 1, 1, 2, 2));
     EXPECT_EQ(image->width(), 2u);
@@ -173,11 +149,12 @@ TEST_F(ImageTest, CopyRectKeepsToTheImage) {
 TEST_F(ImageTest, DrawsFromItsOwnMemory) {
   auto image = RandomImage(5, 3, 8, ColoredPalette(300));
   int context = 0;
-  EXPECT_TRUE(image->StretchDIBits(&context, 1, 2, 3, 4, 0, 1, 5, 2));
+  EXPECT_TRUE(image->BitBlt(&context, 1, 2, 3, 4, 0, 1));
   image->flipped = true;
   EXPECT_TRUE(image->Draw(&context, 10, 20, 50, 30));
   ASSERT_EQ(host::DrawnDibs().size(), 2u);
-  EXPECT_EQ(host::DrawnDibs()[0].from.height, 2);
+  EXPECT_EQ(host::DrawnDibs()[0].from.y, 1);
+  EXPECT_EQ(host::DrawnDibs()[0].from.height, 4);
   EXPECT_EQ(host::DrawnDibs()[1].from.height, -3);
   EXPECT_EQ(host::DrawnDibs()[1].bits, PixelBytes(*image));
   EXPECT_EQ(host::DrawnDibs()[1].palette.size(), 1024u);

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/drawing.h"
@@ -161,13 +163,18 @@ TEST(DrawingWin32, BottomUpBitmapsOfEachDepthStandUpright) {
   EXPECT_FALSE(DrawDib(nullptr, {0, 0, 3, 2}, dib, {0, 0, 3, 2}));
 }
 
-TEST(DrawingWin32, ANegativeHeightMirrorsTheRows) {
-  const uint8_t bits24[] = {1, 1, 1, 0, 2, 2, 2, 0};
-  const Canvas canvas(1, 2);
-  ASSERT_TRUE(
-      DrawDib(canvas.context(), {0, 1, 1, -2}, {1, 2, 24, nullptr, 0, bits24}, {0, 0, 1, 2}));
-  EXPECT_EQ(canvas.At(0, 0), 0x010101u);
-  EXPECT_EQ(canvas.At(0, 1), 0x020202u);
+TEST(DrawingWin32, PartsCountFromTheTopAndANegativeHeightTurnsThemOver) {
+  const uint8_t bits[] = {4, 0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0};  // bottom row first
+  const DibView dib = {1, 4, 24, nullptr, 0, bits};
+  const std::pair<DrawRect, uint32_t> cases[] = {
+      {{0, 0, 1, 2}, 1}, {{0, 1, 1, 2}, 2}, {{0, 0, 1, -4}, 4}, {{0, 1, 1, -2}, 3}};
+  for (const auto& [from, top] : cases) {
+    const Canvas canvas(1, 4);
+    const int height = std::abs(from.height);
+    ASSERT_TRUE(DrawDib(canvas.context(), {0, 0, 1, height}, dib, from));
+    EXPECT_EQ(canvas.At(0, 0), top);
+    EXPECT_EQ(canvas.At(0, 1), from.height < 0 ? top - 1 : top + 1);
+  }
 }
 
 }  // namespace
