@@ -71,18 +71,6 @@ bool MakeImage(const PhantomOptions& options, uint32_t index) {
                                             CacheFileName(options.outFolder, index));
 }
 
-std::vector<uint8_t> EncodePgm(const GreyPicture& picture) {
-  const std::string head = "P5\n" + std::to_string(picture.width) + " " +
-                           std::to_string(picture.height) + "\n" +
-                           (picture.bits == 8 ? "255" : "65535") + "\n";
-  std::vector<uint8_t> bytes(head.begin(), head.end());
-  for (const uint16_t sample : picture.samples) {
-    if (picture.bits == 16) bytes.push_back(static_cast<uint8_t>(sample >> 8));
-    bytes.push_back(static_cast<uint8_t>(sample));
-  }
-  return bytes;
-}
-
 bool WriteExpected(const PhantomOptions& options) {
   std::ifstream file(options.expect, std::ios::binary);
   const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};

@@ -1,22 +1,9 @@
 #include "tools/makephantom/phantom_options.h"
 
-#include <charconv>
-#include <functional>
-#include <map>
+#include "tools/command_line/command_line.h"
 
 namespace zyr {
 namespace {
-
-// The whole of `text` as a number between the two, or false.
-template <typename Number>
-bool ParseNumber(const std::string& text, Number least, Number most, Number* number) {
-  Number value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || value < least || value > most)
-    return false;
-  *number = value;
-  return true;
-}
 
 bool ParseSize(const std::string& text, PhantomOptions* options) {
   if (text == "2000d" || text == "303d") {
@@ -35,40 +22,22 @@ bool ParseSize(const std::string& text, PhantomOptions* options) {
   return true;
 }
 
-using Handler = std::function<bool(const std::string& value)>;
+const Words<uint32_t> kDepths = {{"8", 8}, {"12", 12}};
+const Words<uint32_t> kExpectedDepths = {{"8", 8}, {"16", 16}};
 
-std::map<std::string, Handler> Handlers(PhantomOptions* options) {
-  const auto text = [](std::string* target) -> Handler {
-    return [target](const std::string& value) {
-      *target = value;
-      return !value.empty();
-    };
-  };
-  return {
-      {"--out", text(&options->outFolder)},
-      {"--count",
-       [=](const std::string& v) { return ParseNumber(v, 1u, 100'000u, &options->count); }},
-      {"--size", [=](const std::string& v) { return ParseSize(v, options); }},
-      {"--depth",
-       [=](const std::string& v) {
-         return ParseNumber(v, 8u, 12u, &options->depth) &&
-                (options->depth == 8 || options->depth == 12);
-       }},
-      {"--seed",
-       [=](const std::string& v) {
-         return ParseNumber(v, uint64_t{0}, UINT64_MAX, &options->seed);
-       }},
-      {"--time",
-       [=](const std::string& v) { return ParseNumber(v, 0u, UINT32_MAX, &options->captureTime); }},
-      {"--png", text(&options->png)},
-      {"--expect", text(&options->expect)},
-      {"--as",
-       [=](const std::string& v) {
-         return ParseNumber(v, 8u, 16u, &options->expectBits) &&
-                (options->expectBits == 8 || options->expectBits == 16);
-       }},
-      {"--pgm", text(&options->pgm)},
-  };
+std::vector<Option> KnownOptions(PhantomOptions* options) {
+  return {Flag("--help", &options->help),
+          Flag("-h", &options->help),
+          TextOption("--out", &options->outFolder),
+          NumberOption("--count", 1u, 100'000u, &options->count),
+          {"--size", [=](const std::string& text) { return ParseSize(text, options); }},
+          OneOf("--depth", kDepths, &options->depth),
+          NumberOption("--seed", uint64_t{0}, UINT64_MAX, &options->seed),
+          NumberOption("--time", 0u, UINT32_MAX, &options->captureTime),
+          TextOption("--png", &options->png),
+          TextOption("--expect", &options->expect),
+          OneOf("--as", kExpectedDepths, &options->expectBits),
+          TextOption("--pgm", &options->pgm)};
 }
 
 std::string Contradiction(const PhantomOptions& options) {
@@ -87,28 +56,8 @@ std::string Contradiction(const PhantomOptions& options) {
 
 PhantomOptions ParsePhantomOptions(const std::vector<std::string>& arguments) {
   PhantomOptions options;
-  const std::map<std::string, Handler> handlers = Handlers(&options);
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& name = arguments[i];
-    if (name == "--help" || name == "-h") {
-      options.help = true;
-      return options;
-    }
-    const auto handler = handlers.find(name);
-    if (handler == handlers.end()) {
-      options.error = "There is no option " + name + ".";
-      return options;
-    }
-    if (++i == arguments.size()) {
-      options.error = name + " needs a value.";
-      return options;
-    }
-    if (!handler->second(arguments[i])) {
-      options.error = name + " does not take '" + arguments[i] + "'.";
-      return options;
-    }
-  }
-  options.error = Contradiction(options);
+  options.error = ParseCommandLine(arguments, KnownOptions(&options));
+  if (options.error.empty()) options.error = Contradiction(options);
   return options;
 }
 

@@ -1,9 +1,6 @@
 #include "tools/zyracquire/options.h"
 
-#include <charconv>
-#include <functional>
-#include <utility>
-
+#include "tools/command_line/command_line.h"
 #include "twain/twain_constants.h"
 
 namespace zyr {
@@ -11,9 +8,6 @@ namespace {
 
 constexpr uint32_t kLargestBuffer = 1u << 30;
 constexpr uint32_t kLongestTimeout = 24 * 60 * 60;
-
-template <typename Value>
-using Words = std::vector<std::pair<const char*, Value>>;
 
 const Words<Mechanism> kMechanisms = {
     {"native", Mechanism::kNative}, {"memory", Mechanism::kMemory}, {"file", Mechanism::kFile}};
@@ -25,45 +19,6 @@ const Words<uint16_t> kFlavors = {{"chocolate", TWPF_CHOCOLATE}, {"vanilla", TWP
 const Words<PictureFormat> kSaves = {
     {"png", PictureFormat::kPng}, {"bmp", PictureFormat::kBmp}, {"tiff", PictureFormat::kTiff}};
 
-struct Option {
-  const char* name;
-  // Takes the value; false if it is none of this option's. Null for an option without a value.
-  std::function<bool(const std::string&)> take;
-  bool* flag = nullptr;
-};
-
-template <typename Value, typename Target>
-Option OneOf(const char* name, const Words<Value>& words, Target* target) {
-  return {name, [&words, target](const std::string& text) {
-            for (const auto& [word, value] : words) {
-              if (text != word) continue;
-              *target = value;
-              return true;
-            }
-            return false;
-          }};
-}
-
-Option Number(const char* name, uint32_t least, uint32_t most, uint32_t* target) {
-  return {name, [=](const std::string& text) {
-            uint32_t value = 0;
-            const char* end = text.data() + text.size();
-            const auto [stop, error] = std::from_chars(text.data(), end, value);
-            if (error != std::errc() || stop != end || value < least || value > most) return false;
-            *target = value;
-            return true;
-          }};
-}
-
-Option Text(const char* name, std::string* target) {
-  return {name, [target](const std::string& text) {
-            *target = text;
-            return !text.empty();
-          }};
-}
-
-Option Flag(const char* name, bool* target) { return {name, nullptr, target}; }
-
 std::vector<Option> KnownOptions(AcquireOptions* options) {
   return {Flag("--help", &options->help),
           Flag("-h", &options->help),
@@ -71,18 +26,18 @@ std::vector<Option> KnownOptions(AcquireOptions* options) {
           Flag("--caps", &options->caps),
           Flag("--trace", &options->trace),
           Flag("--unattended", &options->unattended),
-          Text("--dsm", &options->dsm),
-          Text("--source", &options->source),
-          Text("--out", &options->outFolder),
+          TextOption("--dsm", &options->dsm),
+          TextOption("--source", &options->source),
+          TextOption("--out", &options->outFolder),
           OneOf("--mechanism", kMechanisms, &options->mechanism),
           OneOf("--depth", kDepths, &options->depth),
           OneOf("--format", kFileFormats, &options->fileFormat),
           OneOf("--units", kUnits, &options->units),
           OneOf("--flavor", kFlavors, &options->flavor),
           OneOf("--save", kSaves, &options->save),
-          Number("--count", 1, 32767, &options->count),
-          Number("--buffer", 1, kLargestBuffer, &options->buffer),
-          Number("--timeout", 0, kLongestTimeout, &options->timeoutSeconds)};
+          NumberOption("--count", 1u, 32767u, &options->count),
+          NumberOption("--buffer", 1u, kLargestBuffer, &options->buffer),
+          NumberOption("--timeout", 0u, kLongestTimeout, &options->timeoutSeconds)};
 }
 
 std::string Contradiction(const AcquireOptions& options) {
@@ -101,40 +56,8 @@ std::string Contradiction(const AcquireOptions& options) {
 
 AcquireOptions ParseAcquireOptions(const std::vector<std::string>& arguments) {
   AcquireOptions options;
-  const std::vector<Option> known = KnownOptions(&options);
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    // Both `--name value` and `--name=value`.
-    const size_t sign =
-        arguments[i].rfind("--", 0) == 0 ? arguments[i].find('=') : std::string::npos;
-    const std::string name = arguments[i].substr(0, sign);
-    const Option* option = nullptr;
-    for (const Option& candidate : known) {
-      if (name == candidate.name) option = &candidate;
-    }
-    if (option == nullptr) {
-      options.error = "There is no option '" + name + "'.";
-      return options;
-    }
-    if (option->flag != nullptr && sign == std::string::npos) {
-      *option->flag = true;
-      continue;
-    }
-    if (option->flag != nullptr) {
-      options.error = name + " takes no value.";
-      return options;
-    }
-    if (sign == std::string::npos && i + 1 == arguments.size()) {
-      options.error = name + " needs a value.";
-      return options;
-    }
-    const std::string value =
-        sign == std::string::npos ? arguments[++i] : arguments[i].substr(sign + 1);
-    if (!option->take(value)) {
-      options.error = name + " does not take '" + value + "'.";
-      return options;
-    }
-  }
-  if (!options.help) options.error = Contradiction(options);
+  options.error = ParseCommandLine(arguments, KnownOptions(&options));
+  if (options.error.empty() && !options.help) options.error = Contradiction(options);
   return options;
 }
 
