@@ -1,6 +1,7 @@
 // Version resources of executable files.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,5 +15,9 @@ std::optional<std::string> VersionTranslation(const std::string& path);
 // The text \StringFileInfo\<block>\<name>; null if the file has none.
 std::optional<std::string> VersionString(const std::string& path, const std::string& block,
                                          const std::string& name);
+
+// The numbers of the version resource's fixed part, major first; null if the file has none.
+using VersionNumbers = std::array<uint16_t, 4>;
+std::optional<VersionNumbers> FixedFileVersion(const std::string& path);
 
 }  // namespace zyr::platform

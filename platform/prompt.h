@@ -13,4 +13,8 @@ enum class PromptKind { kError, kWarning, kQuestion };  // kQuestion has Yes and
 // True for Yes (and for OK). A dead or null `owner` gives a notice without owner.
 bool ShowPrompt(Window owner, const std::string& text, const std::string& title, PromptKind kind);
 
+// For a program without windows: from now on notices and questions are printed to the error stream,
+// and the answer is Yes.
+void PrintPrompts();
+
 }  // namespace zyr::platform

@@ -1,4 +1,4 @@
-// What the log's head says about the machine.
+// What the machine says of itself.
 #pragma once
 
 #include <cstdint>
@@ -22,5 +22,8 @@ struct OsVersion {
   uint32_t platform = 0;
 };
 OsVersion OperatingSystemVersion();
+
+// Whether this is a 32-bit process on a 64-bit system; null if the system does not say.
+std::optional<bool> RunsUnderWow64();
 
 }  // namespace zyr::platform

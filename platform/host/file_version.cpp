@@ -1,6 +1,5 @@
 #include "platform/host/file_version.h"
 
-#include "platform/file_version.h"
 #include "platform/name_pattern.h"
 
 namespace zyr::platform {
@@ -28,6 +27,11 @@ std::optional<std::string> VersionString(const std::string& path, const std::str
     }
   }
   return std::nullopt;
+}
+
+std::optional<VersionNumbers> FixedFileVersion(const std::string& path) {
+  const auto found = Resources().find(LowerAscii(path));
+  return found == Resources().end() ? std::nullopt : found->second.fixed;
 }
 
 namespace host {

@@ -18,6 +18,9 @@ void ResetAll() {
   ResetDirectories();
   ResetVersions();
   ResetSystemInfo();
+  ResetUsbDrivers();
+  ResetDeviceBus();
+  ResetWaitCursor();
   ResetWindowPlacements();
 }
 

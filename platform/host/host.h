@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/host/clock.h"
+#include "platform/host/device_bus.h"
 #include "platform/host/directories.h"
 #include "platform/host/drawing.h"
 #include "platform/host/escape_key.h"
@@ -16,6 +17,8 @@
 #include "platform/host/resources.h"
 #include "platform/host/shell.h"
 #include "platform/host/system_info.h"
+#include "platform/host/usb_driver.h"
+#include "platform/host/wait_cursor.h"
 #include "platform/host/window_placement.h"
 
 namespace zyr::platform::host {

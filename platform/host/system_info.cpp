@@ -19,6 +19,7 @@ AddressLookup FirstIpAddress(std::string* address) {
 }
 
 OsVersion OperatingSystemVersion() { return TheInfo().os; }
+std::optional<bool> RunsUnderWow64() { return TheInfo().wow64; }
 
 namespace host {
 

@@ -14,6 +14,7 @@ struct SystemInfo {
   AddressLookup lookup = AddressLookup::kFound;
   std::string address = "192.168.1.20";
   OsVersion os = {6, 1, 7601, 2};
+  std::optional<bool> wow64 = false;
 };
 void SetSystemInfo(const SystemInfo& info);
 

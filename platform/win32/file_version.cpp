@@ -49,4 +49,18 @@ std::optional<std::string> VersionString(const std::string& path, const std::str
   return std::string(text, strnlen(text, length));
 }
 
+std::optional<VersionNumbers> FixedFileVersion(const std::string& path) {
+  const std::vector<uint8_t> block = VersionBlock(path);
+  void* entry = nullptr;
+  UINT length = 0;
+  VS_FIXEDFILEINFO fixed;
+  if (block.empty() || !VerQueryValueA(block.data(), "\\", &entry, &length) ||
+      length < sizeof fixed) {
+    return std::nullopt;
+  }
+  std::memcpy(&fixed, entry, sizeof fixed);
+  return VersionNumbers{HIWORD(fixed.dwFileVersionMS), LOWORD(fixed.dwFileVersionMS),
+                        HIWORD(fixed.dwFileVersionLS), LOWORD(fixed.dwFileVersionLS)};
+}
+
 }  // namespace zyr::platform

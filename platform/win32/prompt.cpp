@@ -1,9 +1,14 @@
 #include "platform/prompt.h"
 
+#include <atomic>
+#include <cstdio>
+
 #include "platform/win32/system.h"
 
 namespace zyr::platform {
 namespace {
+
+std::atomic<bool> printed = false;
 
 UINT StyleOf(PromptKind kind) {
   switch (kind) {
@@ -20,11 +25,17 @@ UINT StyleOf(PromptKind kind) {
 }  // namespace
 
 bool ShowPrompt(Window owner, const std::string& text, const std::string& title, PromptKind kind) {
+  if (printed) {
+    std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+    return true;
+  }
   const HWND window = IsWindowAlive(owner) ? static_cast<HWND>(owner) : nullptr;
   // Without an owner no window would be disabled, and the user could go on behind the notice.
   const UINT modality = window == nullptr ? MB_TASKMODAL : MB_APPLMODAL;
   const int answer = MessageBoxA(window, text.c_str(), title.c_str(), StyleOf(kind) | modality);
   return kind != PromptKind::kQuestion || answer == IDYES;
 }
+
+void PrintPrompts() { printed = true; }
 
 }  // namespace zyr::platform

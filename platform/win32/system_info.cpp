@@ -40,4 +40,10 @@ OsVersion OperatingSystemVersion() {
           version.dwPlatformId};
 }
 
+std::optional<bool> RunsUnderWow64() {
+  BOOL answer = FALSE;
+  if (!IsWow64Process(GetCurrentProcess(), &answer)) return std::nullopt;
+  return answer != FALSE;
+}
+
 }  // namespace zyr::platform

@@ -37,7 +37,11 @@ TEST(FileVersionWin32, SystemLibrariesTellTheirs) {
   for (const char* without : {"C:\\missing.dll", "", "C:\\"}) {
     EXPECT_FALSE(VersionTranslation(without));
     EXPECT_FALSE(VersionString(without, "040904b0", "ProductVersion"));
+    EXPECT_FALSE(FixedFileVersion(without));
   }
+  const auto numbers = FixedFileVersion(path);
+  ASSERT_TRUE(numbers);
+  EXPECT_EQ((*numbers)[0], std::stoi(*VersionString(path, *block, "FileVersion")));
 }
 
 TEST(ResourcesWin32, BitmapsComeFromTheChosenModule) {
@@ -76,6 +80,8 @@ TEST(SystemInfoWin32, NamesAndVersion) {
   EXPECT_FALSE(UserName()->empty());
   EXPECT_GE(OperatingSystemVersion().major, 6u);
   EXPECT_EQ(OperatingSystemVersion().platform, uint32_t{VER_PLATFORM_WIN32_NT});
+  ASSERT_TRUE(RunsUnderWow64());
+  EXPECT_FALSE(sizeof(void*) == 8 && *RunsUnderWow64());
 }
 
 }  // namespace
