@@ -32,14 +32,14 @@ function(zyr_link target)
 endfunction()
 
 # zyr_library(<name> [OBJECT] [WINDOWS_ONLY] FOLDERS <folder>... [WIN32_FOLDERS <folder>...] LINKS <library>...)
-# takes the folders' sources without those in folders named win32/ (unless the folder itself is one) and host/, and of
-# WIN32_FOLDERS only those in folders named win32/.
+# takes the folders' sources without those in folders named win32/ (unless the folder itself is one) and host/, nor a
+# driver or a tool that stands right below, and of WIN32_FOLDERS only those in folders named win32/.
 function(zyr_library name)
   cmake_parse_arguments(arg "OBJECT;WINDOWS_ONLY" "" "FOLDERS;WIN32_FOLDERS;LINKS" ${ARGN})
   set(sources)
   foreach(folder IN LISTS arg_FOLDERS)
     zyr_sources(found GLOBS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp ${PROJECT_SOURCE_DIR}/${folder}/*.c
-      EXCLUDE "^${folder}/(.*/)?(win32|host)/" "/main\\.cpp$")
+      EXCLUDE "^${folder}/(.*/)?(win32|host)/" "^${folder}/(driver|tool)/" "/main\\.cpp$")
     list(APPEND sources ${found})
   endforeach()
   foreach(folder IN LISTS arg_WIN32_FOLDERS)
@@ -59,7 +59,7 @@ function(zyr_library name)
 endfunction()
 
 # Every portable floor that stands; a program links these and one side of the seam.
-set(ZYR_PORTABLE zyr_twain zyr_acquire zyr_imaging zyr_settings zyr_foundation)
+set(ZYR_PORTABLE zyr_twain zyr_acquire zyr_hardware zyr_imaging zyr_settings zyr_foundation)
 
 # zyr_program(<name> SOURCES <file>... LINKS <library>...)
 function(zyr_program name)

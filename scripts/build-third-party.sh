@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# build-third-party.sh x64|x86: static libjpeg-turbo and libtiff for that MinGW target, from Debian's source
-# packages with Debian's patches, in build/third_party/<triplet>. Done once; does nothing when it stands.
+# build-third-party.sh x64|x86: static libjpeg-turbo and libtiff, and zlib for the tools, for that MinGW target, from
+# Debian's source packages with Debian's patches, in build/third_party/<triplet>. Done once; does nothing when it stands.
 set -euo pipefail
 . "$(dirname "$0")/common.sh"
 . "$(dirname "$0")/private-apt.sh"
@@ -11,33 +11,41 @@ base=$ZYR_BUILD/third_party
 prefix=$base/$triplet
 sources=$base/sources
 # Raise this when the way of building below changes: it makes every checkout build anew.
-recipe=1
+recipe=2
 
 # The upstream releases that this system is built and tested with. Debian's revision, which adds security
 # patches, is deliberately left open.
 pinned='254f3642b04e309fee775123133c6464181addc150499561020312ec61c1bf7c  libjpeg-turbo_2.1.5.orig.tar.gz
-638f43d7dea33948d5dee7f39572fc0194d9cc3c74195de9dd26a4388a1f880a  tiff_4.5.0.orig.tar.bz2'
+638f43d7dea33948d5dee7f39572fc0194d9cc3c74195de9dd26a4388a1f880a  tiff_4.5.0.orig.tar.bz2
+71feb7947e3c00ef125f83b79a4e529bde31171e5babe48b391f06758d1ab0a1  zlib_1.2.13.dfsg.orig.tar.bz2'
 
 check_pins() {
   (cd "$sources" && sha256sum --check --quiet <<<"$pinned") || {
-    echo "The mirror's libjpeg-turbo or tiff is not the upstream release that is pinned in scripts/build-third-party.sh."
+    echo "The mirror has not the upstream releases that are pinned in scripts/build-third-party.sh."
     echo "It has: $(cd "$sources" && echo ./*.orig.tar.*)"
     return 1
   }
 }
 
+unpack() { # PACKAGE FOLDER
+  # --no-check leaves out the signature, for which a fresh machine has no keyring; apt checked the index.
+  (cd "$sources" && dpkg-source --no-check -x "$1"_*.dsc "$2")
+}
+
 fetch_sources() {
-  [ -f "$sources/complete" ] && return 0
+  [ "$(cat "$sources/complete" 2>/dev/null)" = "$recipe" ] && return 0
   rm -rf "$sources"
   mkdir -p "$sources"
   private_apt_init "$sources/apt" deb-src
   private_apt "$sources/apt" amd64 update
-  (cd "$sources" && private_apt "$sources/apt" amd64 source --download-only libjpeg-turbo tiff)
+  (cd "$sources" && private_apt "$sources/apt" amd64 source --download-only \
+    libjpeg-turbo tiff zlib)
   check_pins
-  # --no-check leaves out the signature, for which a fresh machine has no keyring; apt checked the index.
-  (cd "$sources" && dpkg-source --no-check -x libjpeg-turbo_*.dsc jpeg && dpkg-source --no-check -x tiff_*.dsc tiff)
+  unpack libjpeg-turbo jpeg
+  unpack tiff tiff
+  unpack zlib zlib
   rm -rf "$sources/apt"
-  touch "$sources/complete"
+  echo "$recipe" >"$sources/complete"
 }
 
 cross_cmake() { # SOURCE BUILD OPTION...
@@ -70,6 +78,14 @@ build_tiff() {
   cp "$sources"/tiff/libtiff/{tiff,tiffio,tiffvers}.h "$build/libtiff/tiffconf.h" "$prefix/include/"
 }
 
+build_zlib() {
+  local build=$prefix/build-zlib
+  cross_cmake "$sources/zlib" "$build"
+  cmake --build "$build" --parallel "$ZYR_JOBS" --target zlibstatic
+  cp "$build"/libz*static.a "$prefix/lib/libz.a"
+  cp "$sources/zlib/zlib.h" "$build/zconf.h" "$prefix/include/"
+}
+
 build() {
   [ "$(cat "$prefix/complete" 2>/dev/null)" = "$recipe" ] && return 0
   fetch_sources
@@ -77,6 +93,7 @@ build() {
   mkdir -p "$prefix/lib" "$prefix/include"
   build_jpeg
   build_tiff
+  build_zlib
   rm -rf "$prefix"/build-*
   echo "$recipe" >"$prefix/complete"
 }

@@ -30,6 +30,7 @@ my %may_include = (
   module           => [@twain, 'controls'],
   controls         => \@imaging,
   simulator        => ['platform'],
+  'simulator/tool' => undef,
   tools            => undef,    # anything
   tests            => undef,
   bench            => undef,

@@ -11,7 +11,7 @@ namespace {
 
 TEST_F(SourceTest, StartsAtTheFirstCallAndOnce) {
   host::SetVersionResource(platform::ModulePath(),
-                           {"040904b0", {{{"040904b0", "ProductVersion"}, "1.7.0.1"}}});
+                           {"040904b0", {{{"040904b0", "ProductVersion"}, "1.7.0.1"}}, {}});
   host::PutFile("C:\\de.Phrases", "Deutsch\r\n\"Bad value error.\" = \"Falsch.\"\r\n");
   SetLanguageFile("C:\\de.Phrases");
   SetLogging(true);

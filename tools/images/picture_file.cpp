@@ -107,6 +107,18 @@ std::vector<uint8_t> EncodeBmp(const GreyPicture& picture) {
   return file;
 }
 
+std::vector<uint8_t> EncodePgm(const GreyPicture& picture) {
+  const std::string head = "P5\n" + std::to_string(picture.width) + " " +
+                           std::to_string(picture.height) + "\n" +
+                           (picture.bits == 8 ? "255" : "65535") + "\n";
+  std::vector<uint8_t> bytes(head.begin(), head.end());
+  for (const uint16_t sample : picture.samples) {
+    if (picture.bits == 16) bytes.push_back(static_cast<uint8_t>(sample >> 8));
+    bytes.push_back(static_cast<uint8_t>(sample));
+  }
+  return bytes;
+}
+
 bool WriteBytes(const std::vector<uint8_t>& bytes, const std::string& path) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(bytes.data()),

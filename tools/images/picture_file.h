@@ -16,10 +16,11 @@ const char* ExtensionOf(PictureFormat format);
 // BMP knows no grey of 16 bits.
 bool CanHold(PictureFormat format, uint32_t bits);
 
-// The bytes of a whole file. PNG and BMP give the resolution in pixels per metre. EncodeBmp takes 8
-// bits only.
+// The bytes of a whole file. PNG and BMP give the resolution in pixels per metre, PGM has none.
+// EncodeBmp takes 8 bits only.
 std::vector<uint8_t> EncodePng(const GreyPicture& picture);
 std::vector<uint8_t> EncodeBmp(const GreyPicture& picture);
+std::vector<uint8_t> EncodePgm(const GreyPicture& picture);
 
 // Replaces the file at `path`. False, and no file left, if it cannot be written whole.
 bool WritePicture(const GreyPicture& picture, PictureFormat format, const std::string& path);
