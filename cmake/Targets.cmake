@@ -31,6 +31,21 @@ function(zyr_link target)
   endforeach()
 endfunction()
 
+# zyr_compile_kernels(<source>...): those named *_base.cpp and *_avx2.cpp hold loops for vector units; see
+# foundation/support/cpu.h.
+function(zyr_compile_kernels)
+  foreach(source IN LISTS ARGN)
+    if(source MATCHES "_base\\.cpp$")
+      set_source_files_properties(${source} PROPERTIES COMPILE_OPTIONS "-O3")
+    elseif(source MATCHES "_avx2\\.cpp$")
+      # gcc keeps the stack of Windows programs aligned to 16 bytes only and yet moves 32 as if they were aligned (its
+      # bug 54412): the assembler makes all such moves unaligned ones.
+      set_source_files_properties(${source} PROPERTIES
+        COMPILE_OPTIONS "-O3;-mavx2;$<$<BOOL:${WIN32}>:-Wa,-muse-unaligned-vector-move>")
+    endif()
+  endforeach()
+endfunction()
+
 # zyr_library(<name> [OBJECT] [WINDOWS_ONLY] FOLDERS <folder>... [WIN32_FOLDERS <folder>...] LINKS <library>...)
 # takes the folders' sources without those in folders named win32/ (unless the folder itself is one) and host/, nor a
 # driver or a tool that stands right below, and of WIN32_FOLDERS only those in folders named win32/.
@@ -55,6 +70,7 @@ function(zyr_library name)
     add_library(${name} STATIC ${sources})
   endif()
   zyr_own_code(${name})
+  zyr_compile_kernels(${sources})
   zyr_link(${name} ${arg_LINKS})
 endfunction()
 

@@ -1,5 +1,6 @@
 #include "platform/escape_key.h"
 
+#include <atomic>
 #include <vector>
 
 #include "platform/win32/system.h"
@@ -29,7 +30,14 @@ void ClearEscapeKey() { GetAsyncKeyState(VK_ESCAPE); }
 
 bool EscapeKeyWasPressed() { return (GetAsyncKeyState(VK_ESCAPE) & 1) != 0; }
 
+// Operations ask once for every row of an image, and each look into the queue is a call of the system
+// (under Wine of another process): one in so many milliseconds is as good for the user's finger.
 bool TakeEscapeMessage() {
+  constexpr ULONGLONG kLookEvery = 10;
+  static std::atomic<ULONGLONG> nextLook = 0;
+  const ULONGLONG now = GetTickCount64();
+  if (now < nextLook) return false;
+  nextLook = now + kLookEvery;
   bool escape = false;
   std::vector<MSG> others;
   // Drained first and put back at the end, so that nothing is met twice. PeekMessage hands out

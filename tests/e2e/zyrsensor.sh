@@ -27,9 +27,13 @@ expect() {
 sim install --driver-version 1
 expect "no sensor" 3 "There is no sensor" list
 
+# Each takes the time of the sensor's own waits: on one of the builds the sizes that differ most will do.
+sizes=("2000 A" "2000 B" "2000 C" "2000 D" "303 C" "303 D")
+[ "$ZYR_ARCH" = x64 ] || sizes=("2000 D" "303 C")
+
 echo "each family and size"
 version=1
-for which in "2000 A" "2000 B" "2000 C" "2000 D" "303 C" "303 D"; do
+for which in "${sizes[@]}"; do
   read -r family size <<<"$which"
   sim plug "$family" "$size" --expose-after 200
   sim scene "$family" "$size" --out "$E2E_OUT_WINDOWS\\scene.png"
