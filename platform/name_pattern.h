@@ -3,18 +3,11 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
+#include "platform/ascii.h"
+
 namespace zyr::platform {
-
-constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
-inline std::string LowerAscii(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) c = LowerAscii(c);
-  return lower;
-}
 
 // The whole name must match; '*' stands for any run of characters, '?' for one. No regard to case.
 inline bool MatchesPattern(std::string_view name, std::string_view pattern) {

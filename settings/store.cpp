@@ -5,6 +5,7 @@
 #include "foundation/support/files.h"
 #include "foundation/support/format.h"
 #include "foundation/support/registry.h"
+#include "platform/ascii.h"
 #include "settings/placement.h"
 
 namespace zyr {

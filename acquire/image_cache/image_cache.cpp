@@ -9,9 +9,9 @@
 #include "foundation/support/files.h"
 #include "foundation/support/format.h"
 #include "foundation/support/phrase_lookup.h"
+#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/name_pattern.h"
 #include "platform/progress_window.h"
 #include "platform/prompt.h"
 #include "settings/store.h"
@@ -86,7 +86,7 @@ void ImageCache::LoadAll() {
   const NameSet known = KnownNames();
   for (size_t i = 0; i < paths.size(); ++i) {
     progress.Advance(static_cast<double>(i) / static_cast<double>(paths.size()));
-    if (known.contains(platform::LowerAscii(paths[i]))) continue;
+    if (known.contains(LowerAscii(paths[i]))) continue;
     auto image = std::make_unique<CachedImage>();
     if (image->Load(paths[i])) images_.push_back(std::move(image));
   }
@@ -146,9 +146,8 @@ void ImageCache::DeleteAll() {
 }
 
 bool ImageCache::ContainsFile(const std::string& path) const {
-  return std::any_of(images_.begin(), images_.end(), [&](const auto& image) {
-    return EqualIgnoringCase(image->fileName, path);
-  });
+  return std::any_of(images_.begin(), images_.end(),
+                     [&](const auto& image) { return EqualIgnoringCase(image->fileName, path); });
 }
 
 void ImageCache::EnsurePreviews() {
@@ -178,7 +177,7 @@ std::string ImageCache::DescribeLastSensor() const {
 
 ImageCache::NameSet ImageCache::KnownNames() const {
   NameSet names;
-  for (const auto& image : images_) names.insert(platform::LowerAscii(image->fileName));
+  for (const auto& image : images_) names.insert(LowerAscii(image->fileName));
   return names;
 }
 
@@ -186,7 +185,7 @@ ImageCache::NameSet ImageCache::KnownNames() const {
 std::string ImageCache::NewFileName() const {
   NameSet known = KnownNames();
   const auto isTaken = [](const std::string& path, void* names) {
-    return static_cast<NameSet*>(names)->contains(platform::LowerAscii(path)) || FileExists(path);
+    return static_cast<NameSet*>(names)->contains(LowerAscii(path)) || FileExists(path);
   };
   return UniqueFileName(GetScanToPath(), kCacheFileBaseName, kCacheFileExtension, isTaken, &known);
 }

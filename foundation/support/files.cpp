@@ -9,13 +9,11 @@
 #include "foundation/support/error.h"
 #include "foundation/support/format.h"
 #include "foundation/support/phrase_lookup.h"
+#include "platform/ascii.h"
 #include "platform/files.h"
-#include "platform/name_pattern.h"
 
 namespace zyr {
 namespace {
-
-using platform::LowerAscii;
 
 constexpr char kSeparators[] = "\\/";
 
@@ -132,10 +130,5 @@ std::string DirectoryOf(const std::string& path) {
 }
 
 std::string FileNameOf(const std::string& path) { return path.substr(NameStart(path)); }
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
-}
 
 }  // namespace zyr

@@ -33,6 +33,4 @@ std::string DirectoryOf(const std::string& path);
 // The part of `path` behind its last separator.
 std::string FileNameOf(const std::string& path);
 
-bool EqualIgnoringCase(std::string_view a, std::string_view b);
-
 }  // namespace zyr

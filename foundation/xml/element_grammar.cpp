@@ -4,6 +4,7 @@
 #include "foundation/support/files.h"
 #include "foundation/support/format.h"
 #include "foundation/xml/grammar.h"
+#include "platform/ascii.h"
 
 namespace zyr::xml {
 namespace {

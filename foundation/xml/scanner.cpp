@@ -4,7 +4,7 @@
 
 #include "foundation/support/format.h"
 #include "foundation/xml/xml_parser.h"
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr::xml {
 namespace {
@@ -77,7 +77,7 @@ bool Scanner::Match(std::string_view literal) {
   const std::string_view found = text_.substr(position_, literal.size());
   if (found.size() < literal.size()) return Fail("Unable to parse string");
   for (size_t i = 0; i < literal.size(); ++i) {
-    if (platform::LowerAscii(found[i]) != platform::LowerAscii(literal[i])) {
+    if (LowerAscii(found[i]) != LowerAscii(literal[i])) {
       return Fail("Expected string did not match.");
     }
   }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "foundation/support/files.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 namespace {

@@ -9,6 +9,7 @@
 #include "foundation/support/phrase_lookup.h"
 #include "foundation/xml/characters.h"
 #include "foundation/xml/xml_document.h"
+#include "platform/ascii.h"
 #include "platform/clock.h"
 
 namespace zyr {

@@ -1,7 +1,7 @@
 // Commands that change what the device knows of its sensor.
 #include "hardware/device/device_2000.h"
 #include "hardware/device/sensor_commands.h"
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 namespace {
@@ -30,7 +30,7 @@ Result Device2000::SensorReset() { return SendSensorReset(*port_); }
 
 Result Device2000::GetSensorSize() {
   if (sensor_id_.empty()) return DEV_E_BAD_SIZE;
-  const char letter = platform::LowerAscii(sensor_id_.back());
+  const char letter = LowerAscii(sensor_id_.back());
   if (letter < 'a' || letter > 'd') return DEV_E_BAD_SIZE;
   SetSensorSize(static_cast<uint32_t>(letter - 'a'));
   return kOk;

@@ -5,7 +5,7 @@
 #include "foundation/support/files.h"
 #include "hardware/device/device_2000.h"
 #include "hardware/device/text_numbers.h"
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 namespace {
@@ -48,8 +48,8 @@ bool Is2000(const PropertySet& properties) {
 }  // namespace
 
 Result Device2000::SetProperty(const std::string& name, const std::string& value) {
-  const std::string key = platform::LowerAscii(name);
-  const std::string text = platform::LowerAscii(value);
+  const std::string key = LowerAscii(name);
+  const std::string text = LowerAscii(value);
   const Result result = TakeEffect(key, text);
   if (Failed(result)) return result;
   properties_.Set(key, text);

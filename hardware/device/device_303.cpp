@@ -6,6 +6,7 @@
 #include "hardware/device/logged_operation.h"
 #include "hardware/device/sensor_settings.h"
 #include "hardware/failure.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 namespace {

@@ -7,7 +7,7 @@
 #include "hardware/device/logged_operation.h"
 #include "hardware/device/sensor_commands.h"
 #include "hardware/failure.h"
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 namespace {
@@ -76,7 +76,7 @@ Result DeviceZYR303::TakeIdentity(const std::string& identity) {
   pdi_ = {};
   if (identity == kNoIdentity) return FailWith(kUnspecifiedFailure, kNotLoaded);
   SensorReset();
-  const char letter = platform::LowerAscii(identity.back());
+  const char letter = LowerAscii(identity.back());
   if (letter != 'c' && letter != 'd') return FailWith(DEV_E_BAD_SIZE, kNoSize);
   SetSensorSize(letter == 'c' ? kSizeC : kSizeD);
   return kOk;

@@ -1,11 +1,11 @@
 #include "hardware/device/property_set.h"
 
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 
 const std::string* PropertySet::Find(std::string_view name) const {
-  const auto found = places_.find(platform::LowerAscii(name));
+  const auto found = places_.find(LowerAscii(name));
   return found == places_.end() ? nullptr : &properties_[found->second].value;
 }
 
@@ -15,7 +15,7 @@ std::string PropertySet::Get(std::string_view name) const {
 }
 
 void PropertySet::Set(std::string_view name, std::string_view value) {
-  const auto [place, isNew] = places_.try_emplace(platform::LowerAscii(name), properties_.size());
+  const auto [place, isNew] = places_.try_emplace(LowerAscii(name), properties_.size());
   if (isNew) {
     properties_.push_back({std::string(name), std::string(value)});
   } else {

@@ -9,6 +9,7 @@
 #include "foundation/support/format.h"
 #include "foundation/xml/xml_document.h"
 #include "foundation/xml/xml_parser.h"
+#include "platform/ascii.h"
 #include "platform/directories.h"
 #include "platform/files.h"
 

@@ -13,6 +13,7 @@
 #include "hardware/devmgr/device_path.h"
 #include "hardware/devmgr/port_choice.h"
 #include "hardware/failure.h"
+#include "platform/ascii.h"
 #include "platform/prompt.h"
 #include "platform/wait_cursor.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr {
 namespace {
@@ -33,7 +33,7 @@ char NameCharacter(char c) {
 }  // namespace
 
 UsbIdentity UsbIdentityOf(std::string_view instanceId) {
-  const std::string lower = platform::LowerAscii(instanceId);
+  const std::string lower = LowerAscii(instanceId);
   return {NumberBehind("vid", lower), NumberBehind("pid", lower)};
 }
 

@@ -1,6 +1,6 @@
 #include "platform/host/file_version.h"
 
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr::platform {
 namespace {

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/name_pattern.h"

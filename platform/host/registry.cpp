@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr::platform {
 namespace {

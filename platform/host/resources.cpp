@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr::platform {
 namespace {

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/name_pattern.h"
+#include "platform/ascii.h"
 
 namespace zyr::platform {
 namespace {

@@ -12,6 +12,7 @@
 #include "foundation/support/memory_stream.h"
 #include "foundation/support/progress.h"
 #include "foundation/support/shell.h"
+#include "platform/ascii.h"
 #include "platform/host/host.h"
 
 namespace zyr {

@@ -8,8 +8,8 @@
 #include "hardware/devmgr/dev_mgr.h"
 #include "hardware/devmgr/device_path.h"
 #include "hardware/devmgr/port_choice.h"
+#include "platform/ascii.h"
 #include "platform/device_bus.h"
-#include "platform/name_pattern.h"
 
 namespace zyr {
 namespace {
@@ -19,7 +19,7 @@ constexpr uint8_t kTriggerCommand[] = {0x02, 0xF0};
 void Complain(const std::string& text) { std::fprintf(stderr, "zyrsensor: %s\n", text.c_str()); }
 
 bool HoldsIgnoringCase(const std::string& text, const std::string& part) {
-  return platform::LowerAscii(text).find(platform::LowerAscii(part)) != std::string::npos;
+  return LowerAscii(text).find(LowerAscii(part)) != std::string::npos;
 }
 
 void ComplainOfNone(const std::string& part) {
