@@ -10,8 +10,9 @@
 
 namespace zyr::simulator {
 
-// A radiograph that the sensor shall see: 12-bit samples, the top row first, of the sensor's
-// geometry. Film polarity or not is the caller's affair; the detector gives back what it saw.
+// A radiograph that the sensor shall see: 12-bit samples of the sensor's geometry, in the order in
+// which it is read: the bottom row of the picture first. Film polarity or not is the caller's
+// affair; the detector gives back what it saw.
 struct Scene {
   uint32_t width = 0;
   uint32_t height = 0;
@@ -31,7 +32,7 @@ enum DefectKind : uint32_t { kBadPixel = 0, kBadColumn = 2, kBadRow = 3 };
 struct Defect {
   DefectKind kind = kBadPixel;
   uint32_t x = 0;  // pixels from the left; 0 for a row
-  uint32_t y = 0;  // pixels from the top; 0 for a column
+  uint32_t y = 0;  // rows from the first one read; 0 for a column
 };
 
 // One physical sensor. The same options and scene give the same bytes on every machine.

@@ -28,7 +28,7 @@ struct Timing {
 };
 
 // What is plugged in. The owner keeps the blocks alive and may change their content between calls.
-// Frames are clean rows of 12-bit samples at full resolution, top row first, as an ideal read-out
+// Frames are clean rows of 12-bit samples at full resolution, in the order of an ideal read-out
 // would give them: the sensor bins them, delays them by its read-out lag and packs them.
 struct Setup {
   Family family = kFamily2000;

@@ -2,7 +2,7 @@
 
 #include "simulator/bus_protocol.h"
 #include "simulator/driver/sensor_device.h"
-#include "simulator/driver/transfers.h"
+#include "simulator/driver/worker.h"
 
 namespace zyr::simulator {
 namespace {
@@ -49,9 +49,9 @@ NTSTATUS QueryRelations(PDEVICE_OBJECT device, PIRP irp) {
 }
 
 NTSTATUS Remove(PDEVICE_OBJECT device, PIRP irp) {
-  SetReportedBus(nullptr);
-  UnplugAll();
   StopWorker();
+  UnplugAll();
+  DeleteAllUnneeded();
   UNICODE_STRING link = LinkName();
   IoDeleteSymbolicLink(&link);
   PDEVICE_OBJECT below = BusOf(device)->below;
@@ -94,13 +94,12 @@ NTSTATUS NTAPI AddBus(PDRIVER_OBJECT driver, PDEVICE_OBJECT physical) {
   bus->header.kind = kBusDevice;
   bus->below = IoAttachDeviceToDeviceStack(device, physical);
   status = bus->below == nullptr ? STATUS_NO_SUCH_DEVICE : MakeLink();
-  if (NT_SUCCESS(status)) status = StartWorker();
+  if (NT_SUCCESS(status)) status = StartWorker(physical);
   if (!NT_SUCCESS(status)) {
     if (bus->below != nullptr) IoDetachDevice(bus->below);
     IoDeleteDevice(device);
     return status;
   }
-  SetReportedBus(physical);
   device->Flags = (device->Flags | DO_POWER_PAGABLE) & ~DO_DEVICE_INITIALIZING;
   return STATUS_SUCCESS;
 }

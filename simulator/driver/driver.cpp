@@ -3,6 +3,7 @@
 #include "simulator/driver/bus_device.h"
 #include "simulator/driver/sensor_device.h"
 #include "simulator/driver/transfers.h"
+#include "simulator/driver/worker.h"
 
 namespace zyr::simulator {
 namespace {
@@ -108,6 +109,7 @@ extern "C" NTSTATUS NTAPI DriverEntry(PDRIVER_OBJECT driver, PUNICODE_STRING) {
   InitializeLock();
   InitializeTransfers();
   InitializeSensors();
+  InitializeWorker();
   driver->MajorFunction[IRP_MJ_CREATE] = DispatchCreate;
   driver->MajorFunction[IRP_MJ_CLOSE] = DispatchClose;
   driver->MajorFunction[IRP_MJ_DEVICE_CONTROL] = DispatchControl;

@@ -30,6 +30,7 @@ class Guard {
 
 // Microseconds, from some moment on; never back.
 uint64_t Now();
+inline constexpr uint64_t kNever = ~uint64_t{0};
 
 // Ends a request whose status the caller has decided on.
 NTSTATUS Complete(PIRP irp, NTSTATUS status, ULONG_PTR information = 0);

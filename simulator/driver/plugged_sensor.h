@@ -18,8 +18,8 @@ struct PluggedSensor {
   bool present;      // plugged in
   bool reported;     // the system has been told of it, and will have it removed
   bool started;
-  bool removed;       // by the system; the device lives on until its last handle is closed
-  bool beingDeleted;  // by whoever set this, and nobody else
+  bool removed;            // by the system
+  uint64_t unneededSince;  // 0: needed
   UNICODE_STRING interfaceName;
   uint8_t* content;  // the memory, then both frames
   Sensor sensor;
@@ -29,26 +29,9 @@ inline PluggedSensor* SensorOf(PDEVICE_OBJECT device) {
   return static_cast<PluggedSensor*>(device->DeviceExtension);
 }
 
-// True once for each sensor that nothing needs any more: the caller deletes it. The lock is held,
-// and must not be for DeleteSensor.
-inline bool ClaimForDeletion(PluggedSensor* sensor) {
-  const bool unneeded = sensor->handles == 0 && !sensor->present && !sensor->beingDeleted &&
-                        (sensor->removed || !sensor->reported);
-  if (unneeded) sensor->beingDeleted = true;
-  return unneeded;
+// The system is done with it and no program holds it open.
+inline bool IsUnneeded(const PluggedSensor& sensor) {
+  return !sensor.present && sensor.handles == 0 && (sensor.removed || !sensor.reported);
 }
-void DeleteSensor(PluggedSensor* sensor);
-
-// Pulls a sensor out in two steps: PullOut with the lock held, and what it returns to FinishPullOut
-// without it. Between them the sensor may cease to be.
-struct PulledOut {
-  PDEVICE_OBJECT device;
-  PluggedSensor* unneeded;  // or null
-};
-inline PulledOut PullOut(PluggedSensor* sensor) {
-  sensor->present = false;
-  return {sensor->device, ClaimForDeletion(sensor) ? sensor : nullptr};
-}
-void FinishPullOut(const PulledOut& pulled);
 
 }  // namespace zyr::simulator

@@ -4,6 +4,7 @@
 #include "simulator/driver/plugged_sensor.h"
 #include "simulator/driver/transfers.h"
 #include "simulator/driver/unicode_text.h"
+#include "simulator/driver/worker.h"
 
 namespace zyr::simulator {
 namespace {
@@ -133,20 +134,16 @@ void Stop(PluggedSensor* sensor) {
 
 NTSTATUS Remove(PluggedSensor* sensor, PIRP irp) {
   Stop(sensor);
-  bool unneeded = false;
   {
     const Guard guard;
     sensor->removed = true;
-    unneeded = ClaimForDeletion(sensor);
   }
-  Complete(irp, STATUS_SUCCESS);
-  if (unneeded) DeleteSensor(sensor);
-  return STATUS_SUCCESS;
+  WakeWorker();
+  return Complete(irp, STATUS_SUCCESS);
 }
 
-// Of the settled answer of the sensor what the caller gets, and when.
+// What the sensor makes of a call reaches the caller at once, or when it is due.
 NTSTATUS Deliver(PluggedSensor* sensor, PIRP irp, const ControlBuffers& buffers) {
-  PulledOut pulled = {};
   NTSTATUS status = STATUS_DEVICE_NOT_CONNECTED;
   uint32_t returned = 0;
   bool unplug = false;
@@ -157,25 +154,25 @@ NTSTATUS Deliver(PluggedSensor* sensor, PIRP irp, const ControlBuffers& buffers)
       const Answer answer = sensor->sensor.Control(
           now, buffers.code, buffers.input, buffers.inputSize, buffers.output, buffers.outputSize);
       status = StatusOfError(answer.error);
-      returned = answer.returned;
+      if (NT_SUCCESS(status)) returned = answer.returned;
       unplug = answer.unplug != 0;
       if (unplug) {
-        pulled = PullOut(sensor);
+        sensor->present = false;
       } else if (answer.delay > 0) {
         if (AnswerLater(irp, now + answer.delay, status, returned)) {
           WakeWorker();
           return STATUS_PENDING;
         }
         status = STATUS_CANCELLED;
+        returned = 0;
       }
     }
   }
-  if (NT_SUCCESS(status)) {
-    Complete(irp, status, returned);
-  } else {
-    Complete(irp, status);
+  Complete(irp, status, returned);
+  if (unplug) {
+    EndTransfersOf(sensor->device, STATUS_DEVICE_NOT_CONNECTED);
+    ReportChangeSoon();
   }
-  if (unplug) FinishPullOut(pulled);
   return status;
 }
 
@@ -196,17 +193,13 @@ NTSTATUS SensorOpen(PDEVICE_OBJECT device, PIRP irp) {
 
 // Not every system has ended a file's requests before it closes the file.
 NTSTATUS SensorClose(PDEVICE_OBJECT device, PIRP irp) {
-  PluggedSensor* sensor = SensorOf(device);
   EndTransfersBy(IoGetCurrentIrpStackLocation(irp)->FileObject, STATUS_CANCELLED);
-  bool unneeded = false;
   {
     const Guard guard;
-    --sensor->handles;
-    unneeded = ClaimForDeletion(sensor);
+    --SensorOf(device)->handles;
   }
-  Complete(irp, STATUS_SUCCESS);
-  if (unneeded) DeleteSensor(sensor);
-  return STATUS_SUCCESS;
+  WakeWorker();
+  return Complete(irp, STATUS_SUCCESS);
 }
 
 NTSTATUS SensorControl(PDEVICE_OBJECT device, PIRP irp) {

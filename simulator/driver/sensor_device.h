@@ -23,6 +23,11 @@ NTSTATUS TellStatus(const ControlBuffers& buffers, uint32_t* written);
 PDEVICE_RELATIONS ReportSensors();
 // The bus goes, and every sensor with it.
 void UnplugAll();
+// The worker's share: frees the sensors that nothing has needed for a while. Tells when to look
+// again.
+uint64_t DeleteUnneeded(uint64_t now);
+// Of all sensors that nothing needs, at once.
+void DeleteAllUnneeded();
 
 // Requests to a sensor's device.
 NTSTATUS SensorOpen(PDEVICE_OBJECT device, PIRP irp);

@@ -4,11 +4,15 @@
 #include "simulator/driver/plugged_sensor.h"
 #include "simulator/driver/sensor_device.h"
 #include "simulator/driver/transfers.h"
+#include "simulator/driver/worker.h"
 
 namespace zyr::simulator {
 namespace {
 
 LIST_ENTRY sensors;
+
+// Requests that the system let go just before it had a sensor removed may still arrive.
+constexpr uint64_t kGrace = 1'000'000;
 
 PluggedSensor* Next(PLIST_ENTRY link) {
   return link == &sensors ? nullptr : CONTAINING_RECORD(link, PluggedSensor, link);
@@ -130,6 +134,13 @@ StatRecord StatusOf(const PluggedSensor& sensor, uint64_t now) {
   return record;
 }
 
+void Delete(PluggedSensor* sensor) {
+  if (sensor->interfaceName.Buffer != nullptr) RtlFreeUnicodeString(&sensor->interfaceName);
+  uint8_t* content = sensor->content;
+  IoDeleteDevice(sensor->device);
+  ExFreePoolWithTag(content, kPoolTag);
+}
+
 }  // namespace
 
 void InitializeSensors() { InitializeListHead(&sensors); }
@@ -161,23 +172,19 @@ NTSTATUS PlugSensor(PDRIVER_OBJECT driver, const ControlBuffers& buffers) {
   return status;
 }
 
-void FinishPullOut(const PulledOut& pulled) {
-  EndTransfersOf(pulled.device, STATUS_DEVICE_NOT_CONNECTED);
-  if (pulled.unneeded != nullptr) DeleteSensor(pulled.unneeded);
-  ReportChangeSoon();
-}
-
 NTSTATUS UnplugSensor(const ControlBuffers& buffers) {
   const auto* record = RecordIn<InstanceRecord>(buffers);
   if (record == nullptr) return StatusOfError(kBusBadRecord);
-  PulledOut pulled = {};
+  PDEVICE_OBJECT device = nullptr;
   {
     const Guard guard;
     PluggedSensor* sensor = Find(record->instance);
     if (sensor == nullptr) return StatusOfError(kBusNoSuchSensor);
-    pulled = PullOut(sensor);
+    sensor->present = false;
+    device = sensor->device;
   }
-  FinishPullOut(pulled);
+  EndTransfersOf(device, STATUS_DEVICE_NOT_CONNECTED);
+  ReportChangeSoon();
   return STATUS_SUCCESS;
 }
 
@@ -249,30 +256,43 @@ PDEVICE_RELATIONS ReportSensors() {
 }
 
 void UnplugAll() {
+  {
+    const Guard guard;
+    for (PluggedSensor* sensor = First(); sensor != nullptr; sensor = After(sensor)) {
+      sensor->present = false;
+      sensor->removed = true;
+    }
+  }
+  EndAllTransfers(STATUS_DEVICE_NOT_CONNECTED);
+}
+
+uint64_t DeleteUnneeded(uint64_t now) {
   for (;;) {
-    PulledOut pulled = {};
+    PluggedSensor* unneeded = nullptr;
+    uint64_t next = kNever;
     {
       const Guard guard;
-      PluggedSensor* sensor = First();
-      while (sensor != nullptr && !sensor->present && sensor->removed) sensor = After(sensor);
-      if (sensor == nullptr) return;
-      sensor->removed = true;
-      pulled = PullOut(sensor);
+      for (PluggedSensor* sensor = First(); sensor != nullptr; sensor = After(sensor)) {
+        if (!IsUnneeded(*sensor)) continue;
+        if (sensor->unneededSince == 0) sensor->unneededSince = now;
+        const uint64_t end = sensor->unneededSince + kGrace;
+        if (end <= now) {
+          unneeded = sensor;
+          RemoveEntryList(&sensor->link);
+          break;
+        }
+        if (end < next) next = end;
+      }
     }
-    FinishPullOut(pulled);
+    if (unneeded == nullptr) return next;
+    Delete(unneeded);
   }
 }
 
-void DeleteSensor(PluggedSensor* sensor) {
-  uint8_t* content = nullptr;
-  {
-    const Guard guard;
-    RemoveEntryList(&sensor->link);
-    content = sensor->content;
-  }
-  if (sensor->interfaceName.Buffer != nullptr) RtlFreeUnicodeString(&sensor->interfaceName);
-  IoDeleteDevice(sensor->device);
-  ExFreePoolWithTag(content, kPoolTag);
+void DeleteAllUnneeded() {
+  const uint64_t now = Now();
+  DeleteUnneeded(now);
+  DeleteUnneeded(now + kGrace);
 }
 
 }  // namespace zyr::simulator

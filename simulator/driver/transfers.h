@@ -9,23 +9,17 @@ namespace zyr::simulator {
 
 void InitializeTransfers();
 
-// The worker ends nothing and reports nothing unless it runs.
-NTSTATUS StartWorker();
-// Returns when it has ended. Nothing may wait any more.
-void StopWorker();
-void WakeWorker();
-// The worker tells the system that the sensors on the bus are others now. `bus` is the root
-// enumerator's device below this driver's own, or null.
-void ReportChangeSoon();
-void SetReportedBus(PDEVICE_OBJECT bus);
-
 // With the lock held, and the worker to be woken afterwards. The caller must return STATUS_PENDING
 // and leave the request alone from then on. False: it has been cancelled already, and the caller
 // still has to end it, without the lock.
 bool AnswerLater(PIRP irp, uint64_t due, NTSTATUS status, ULONG information);
 
-// End all that wait for this device, or by this file, with that status. Take the lock.
+// The worker's share: answers what is due, and tells when to look again.
+uint64_t AnswerDue();
+
+// End those that wait for this device, those by this file, or all, with that status.
 void EndTransfersOf(PDEVICE_OBJECT device, NTSTATUS status);
 void EndTransfersBy(PFILE_OBJECT file, NTSTATUS status);
+void EndAllTransfers(NTSTATUS status);
 
 }  // namespace zyr::simulator

@@ -1,6 +1,8 @@
 #include "simulator/tool/scene.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 #include "tools/makephantom/phantom.h"
 
@@ -42,6 +44,17 @@ uint16_t TwelveBits(uint16_t sample, uint32_t bits) {
   return static_cast<uint16_t>(bits == 8 ? (sample * 4095u + 127) / 255 : sample >> 4);
 }
 
+// The sensor is read from the bottom of the picture up.
+std::vector<uint16_t> TurnedOver(const std::vector<uint16_t>& samples, uint32_t width) {
+  std::vector<uint16_t> turned;
+  turned.reserve(samples.size());
+  for (size_t end = samples.size(); end > 0; end -= width) {
+    const auto row = samples.begin() + static_cast<std::ptrdiff_t>(end - width);
+    turned.insert(turned.end(), row, row + width);
+  }
+  return turned;
+}
+
 Scene EmptyScene(Family family, Size size) {
   const Geometry geometry = GeometryOf(family, size);
   return {geometry.width, geometry.height, {}};
@@ -56,7 +69,7 @@ Scene SceneOfPicture(const GreyPicture& picture, Family family, Size size, bool 
   const Span rows = Middle(uint64_t{picture.width} * scene.height / scene.width, picture.height);
   const Span columns = Middle(uint64_t{picture.height} * scene.width / scene.height, picture.width);
   scene.samples.reserve(size_t{scene.width} * scene.height);
-  for (uint32_t y = 0; y < scene.height; ++y) {
+  for (uint32_t y = scene.height; y-- > 0;) {
     const Span fromRows = Covered(rows, y, scene.height);
     for (uint32_t x = 0; x < scene.width; ++x) {
       const uint16_t sample =
@@ -69,7 +82,8 @@ Scene SceneOfPicture(const GreyPicture& picture, Family family, Size size, bool 
 
 Scene SceneOfPhantom(Family family, Size size, uint64_t seed) {
   Scene scene = EmptyScene(family, size);
-  scene.samples = DrawPhantom({scene.width, scene.height, PixelPitch(family), seed});
+  scene.samples = TurnedOver(
+      DrawPhantom({scene.width, scene.height, PixelPitch(family), seed}), scene.width);
   for (uint16_t& sample : scene.samples) sample = static_cast<uint16_t>(kBrightest - sample);
   return scene;
 }
@@ -79,7 +93,7 @@ GreyPicture PictureOfScene(const Scene& scene) {
   picture.width = scene.width;
   picture.height = scene.height;
   picture.bits = 16;
-  picture.samples = scene.samples;
+  picture.samples = TurnedOver(scene.samples, scene.width);
   for (uint16_t& sample : picture.samples) sample = static_cast<uint16_t>(sample << 4);
   return picture;
 }

@@ -1,6 +1,7 @@
 # Simulated sensors on Windows' own USB bus, seen by a program that knows nothing of them: found, opened, called by both
 # generations of control codes, exposed, disturbed, pulled out, heard coming and going.
 . "$(dirname "$0")/lib.sh"
+. "$ZYR_SOURCE_DIR/scripts/simulator.sh"
 e2e_begin
 
 # expect LABEL WANTED COMMAND...: the command prints exactly that.
@@ -11,7 +12,7 @@ expect() {
   [ "$printed" = "$wanted" ] || e2e_fail "$label: wanted '$wanted', got '$printed'"
 }
 
-sim() { e2e_run zyrsim "$@" 2>&1 | tr -d '\r'; }
+sim() { zyrsim "$ZYR_ARCH" "$ZYR_WINE_PREFIX" "$ZYR_BUILD_DIR/bin" "$@"; }
 sim_ok() { sim "$@" >"$E2E_OUT.txt" 2>&1 || e2e_fail "zyrsim $*: status $?: $(cat "$E2E_OUT.txt")"; }
 # A field of the only sensor's line.
 stat() { sim stat | tr ' ' '\n' | sed -n "s/^$1=//p"; }
@@ -115,6 +116,7 @@ sim_ok fault none
 expect "taken back" "reset: ok" call pipes "$device" reset
 sim_ok fault unplug --at 1
 expect "unplug" $'reset: ok\nreset: error 1167\nreset: error 1167' call pipes "$device" reset reset reset
+until [ -z "$(sim stat)" ]; do sleep 0.05; done
 expect "gone" "" sensors
 expect "gone" "open: error 2" call pipes "$device" reset
 

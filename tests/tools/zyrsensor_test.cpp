@@ -1,4 +1,5 @@
 // zyrsensor, from its command line to the picture, on simulated sensors.
+#include <algorithm>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -53,6 +54,9 @@ TEST(SensorOptions, SaysWhatIsWrong) {
 
 TEST(FramePicture, IsSeenAndComparedInTwelveBits) {
   SensorImage frame;
+  ASSERT_TRUE(frame.Create(1, 2, 100, 100));
+  frame.SetPixel(0, 0, 5);
+  EXPECT_EQ(PictureOf(frame, false).samples, (std::vector<uint16_t>{0, 0x50})) << "upright";
   ASSERT_TRUE(frame.Create(3, 1, 100, 100));
   frame.SetPixel(0, 0, 0xFFF);
   frame.SetPixel(1, 0, 0x001);
@@ -129,6 +133,10 @@ TEST_F(SensorToolTest, FindsDescribesCapturesAndTriggers) {
   const simulator::Scene scene = test::TestScene({468, 578});
   GreyPicture picture{468, 578, 16, 0, 0, scene.samples};
   for (uint16_t& sample : picture.samples) sample = static_cast<uint16_t>(sample << 4);
+  for (size_t y = 0; y < 578 / 2; ++y) {
+    std::swap_ranges(picture.samples.begin() + y * 468, picture.samples.begin() + (y + 1) * 468,
+                     picture.samples.begin() + (577 - y) * 468);
+  }
   ASSERT_TRUE(WritePicture(picture, PictureFormat::kPng, scenePath));
   CaptureStdout();
   EXPECT_EQ(Capture(options), kSensorDone);

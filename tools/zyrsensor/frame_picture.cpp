@@ -36,7 +36,7 @@ GreyPicture PictureOf(const SensorImage& frame, bool film) {
   picture.xDpi = frame.GetDpiX();
   picture.yDpi = frame.GetDpiY();
   picture.samples.reserve(size_t{picture.width} * picture.height);
-  for (uint32_t y = 0; y < picture.height; ++y) {
+  for (uint32_t y = picture.height; y-- > 0;) {
     const uint16_t* row = frame.Row(y);
     for (uint32_t x = 0; x < picture.width; ++x)
       picture.samples.push_back(static_cast<uint16_t>((row[x] << shift) ^ mask));

@@ -9,7 +9,7 @@
 
 namespace zyr {
 
-// 16 bits a pixel. Samples of 12 bits are moved up, so that they can be seen; with `film` bright is
+// Upright, 16 bits a pixel: a sensor is read from the bottom of the picture up. Samples of 12 bits are moved up, so that they can be seen; with `film` bright is
 // what stopped the rays.
 GreyPicture PictureOf(const SensorImage& frame, bool film);
 
