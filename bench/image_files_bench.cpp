@@ -175,7 +175,7 @@ void StretchOpenCv(benchmark::State& state) {
 }
 
 void FlipOurs(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(zyr::FlipVertical(Picture(), nullptr));
+  for (auto _ : state) benchmark::DoNotOptimize(zyr::FlipVertical(&Picture(), nullptr));
 }
 void FlipOpenCv(benchmark::State& state) {
   for (auto _ : state) {

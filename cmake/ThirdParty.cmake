@@ -1,5 +1,5 @@
 # zyr::jpeg, zyr::tiff and, for the tools, zyr::zlib: Debian's own on the host, static ones built from Debian's sources
-# for Windows.
+# for Windows. zyr::math: musl's mathematical functions, built from Debian's sources everywhere.
 # GoogleTest from Debian's sources on every build.
 
 if(WIN32)
@@ -8,21 +8,31 @@ if(WIN32)
   else()
     set(ZYR_ARCH x86)
   endif()
-  message(STATUS "libjpeg-turbo, libtiff and zlib for ${ZYR_ARCH}")
-  execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/build-third-party.sh ${ZYR_ARCH}
-    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-  if(NOT result EQUAL 0)
-    message(FATAL_ERROR "scripts/build-third-party.sh ${ZYR_ARCH} failed:\n${output}")
-  endif()
+  set(third_party ${PROJECT_SOURCE_DIR}/build/third_party/${ZYR_TRIPLET})
+else()
+  set(ZYR_ARCH host)
+  set(third_party ${PROJECT_SOURCE_DIR}/build/third_party/host)
+endif()
+
+message(STATUS "Third-party libraries for ${ZYR_ARCH}")
+execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/build-third-party.sh ${ZYR_ARCH}
+  RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "scripts/build-third-party.sh ${ZYR_ARCH} failed:\n${output}")
+endif()
+
+add_library(zyr::math STATIC IMPORTED)
+set_target_properties(zyr::math PROPERTIES IMPORTED_LOCATION ${third_party}/lib/libzyrmath.a)
+
+if(WIN32)
   foreach(name jpeg tiff zlib)
     string(REPLACE zlib z file ${name})
     add_library(zyr::${name} STATIC IMPORTED)
     set_target_properties(zyr::${name} PROPERTIES
-      IMPORTED_LOCATION ${PROJECT_SOURCE_DIR}/build/third_party/${ZYR_TRIPLET}/lib/lib${file}.a
-      INTERFACE_INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR}/build/third_party/${ZYR_TRIPLET}/include)
+      IMPORTED_LOCATION ${third_party}/lib/lib${file}.a
+      INTERFACE_INCLUDE_DIRECTORIES ${third_party}/include)
   endforeach()
 else()
-  set(ZYR_ARCH host)
   find_package(JPEG REQUIRED)
   find_package(TIFF REQUIRED)
   find_package(ZLIB REQUIRED)

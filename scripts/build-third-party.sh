@@ -1,21 +1,24 @@
 #!/usr/bin/env bash
-# build-third-party.sh x64|x86: static libjpeg-turbo and libtiff, and zlib for the tools, for that MinGW target, from
-# Debian's source packages with Debian's patches, in build/third_party/<triplet>. Done once; does nothing when it stands.
+# build-third-party.sh x64|x86|host: static libraries from Debian's source packages with Debian's patches. For the MinGW
+# targets libjpeg-turbo, libtiff and, for the tools, zlib, in build/third_party/<triplet>; for them and for the host, in
+# build/third_party/host, musl's mathematical functions, which give the same bits everywhere. Done once; does nothing
+# when it stands.
 set -euo pipefail
 . "$(dirname "$0")/common.sh"
 . "$(dirname "$0")/private-apt.sh"
 
-arch=${1:?x64 or x86}
-triplet=$(triplet_of "$arch")
+arch=${1:?x64, x86 or host}
+if [ "$arch" = host ]; then triplet=host; else triplet=$(triplet_of "$arch"); fi
 base=$ZYR_BUILD/third_party
 prefix=$base/$triplet
 sources=$base/sources
 # Raise this when the way of building below changes: it makes every checkout build anew.
-recipe=2
+recipe=3
 
 # The upstream releases that this system is built and tested with. Debian's revision, which adds security
 # patches, is deliberately left open.
 pinned='254f3642b04e309fee775123133c6464181addc150499561020312ec61c1bf7c  libjpeg-turbo_2.1.5.orig.tar.gz
+7d5b0b6062521e4627e099e4c9dc8248d32a30285e959b7eecaa780cf8cfd4a4  musl_1.2.3.orig.tar.gz
 638f43d7dea33948d5dee7f39572fc0194d9cc3c74195de9dd26a4388a1f880a  tiff_4.5.0.orig.tar.bz2
 71feb7947e3c00ef125f83b79a4e529bde31171e5babe48b391f06758d1ab0a1  zlib_1.2.13.dfsg.orig.tar.bz2'
 
@@ -39,11 +42,12 @@ fetch_sources() {
   private_apt_init "$sources/apt" deb-src
   private_apt "$sources/apt" amd64 update
   (cd "$sources" && private_apt "$sources/apt" amd64 source --download-only \
-    libjpeg-turbo tiff zlib)
+    libjpeg-turbo tiff zlib musl)
   check_pins
   unpack libjpeg-turbo jpeg
   unpack tiff tiff
   unpack zlib zlib
+  unpack musl musl
   rm -rf "$sources/apt"
   echo "$recipe" >"$sources/complete"
 }
@@ -86,14 +90,46 @@ build_zlib() {
   cp "$sources/zlib/zlib.h" "$build/zconf.h" "$prefix/include/"
 }
 
+# musl's generic C files of pow, exp, log, sin, cos and hypot, and what these call, under names of their own. They
+# see no <math.h> of a C library, whose declarations would clash: only the words here.
+build_math() {
+  local build=$prefix/build-math compiler=gcc archiver=ar flags=() name
+  if [ "$arch" != host ]; then compiler=$triplet-gcc archiver=$triplet-ar; fi
+  if [ "$arch" = x86 ]; then flags=(-msse2 -mfpmath=sse -mstackrealign); fi
+  mkdir -p "$build"
+  echo '#define hidden' >"$build/features.h"
+  printf '#define %s\n' '__LITTLE_ENDIAN 1234' '__BYTE_ORDER __LITTLE_ENDIAN' >"$build/endian.h"
+  {
+    echo 'typedef float float_t; typedef double double_t;'
+    printf '#define %s\n' 'fabs __builtin_fabs' 'sqrt __builtin_sqrt' 'INFINITY __builtin_inff()'
+    for name in pow exp log sin cos hypot scalbn floor __sin __cos __rem_pio2 __rem_pio2_large __exp_data __log_data \
+      __pow_log_data __math_{divzero,invalid,oflow,uflow,xflow}; do
+      echo "#define $name zyr_musl_$name"
+    done
+    printf 'double %s(double);\n' exp log sin cos floor
+    printf 'double %s;\n' 'pow(double, double)' 'hypot(double, double)' 'scalbn(double, int)'
+  } >"$build/math.h"
+  for name in pow exp log sin cos hypot scalbn floor __sin __cos __rem_pio2 __rem_pio2_large exp_data log_data \
+    pow_data __math_{divzero,invalid,oflow,uflow,xflow}; do
+    "$compiler" -std=c99 -O2 -fPIC -ffreestanding -ffp-contract=off -fno-math-errno "${flags[@]}" \
+      -I"$build" -I"$sources/musl/src/internal" -I"$sources/musl/arch/generic" -include features.h -include math.h \
+      -Werror=implicit-function-declaration \
+      -c "$sources/musl/src/math/$name.c" -o "$build/$name.o"
+  done
+  "$archiver" rcs "$prefix/lib/libzyrmath.a" "$build"/*.o
+}
+
 build() {
   [ "$(cat "$prefix/complete" 2>/dev/null)" = "$recipe" ] && return 0
   fetch_sources
   rm -rf "$prefix"
   mkdir -p "$prefix/lib" "$prefix/include"
-  build_jpeg
-  build_tiff
-  build_zlib
+  build_math
+  if [ "$arch" != host ]; then
+    build_jpeg
+    build_tiff
+    build_zlib
+  fi
   rm -rf "$prefix"/build-*
   echo "$recipe" >"$prefix/complete"
 }

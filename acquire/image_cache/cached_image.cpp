@@ -177,7 +177,7 @@ bool CachedImage::LoadPreview() {
 bool CachedImage::MakePreview() {
   const CKIPImage* prepared = PrepareImage();
   if (prepared == nullptr) return false;
-  preview = rowsTopDown_ ? FlipVertical(*prepared, nullptr) : prepared->Clone(true);
+  preview = rowsTopDown_ ? FlipVertical(prepared, nullptr) : prepared->Clone(true);
   return preview != nullptr;
 }
 

@@ -246,7 +246,7 @@ bool CachedImage::SaveToFile(const std::string& path, const TransferTerms& terms
   CKIPImage* picture = PrepareImage();
   std::unique_ptr<CKIPImage> upright;
   if (picture != nullptr && rowsTopDown_) {
-    upright = FlipVertical(*picture, nullptr);
+    upright = FlipVertical(picture, nullptr);
     picture = upright.get();
   }
   return SavePicture(path, picture, terms.imageFileFormat);  // which refuses a null picture

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
+
+#include "imaging/operations/brightness_contrast.h"
+#include "imaging/operations/gamma.h"
 
 namespace zyr {
 namespace {
@@ -50,23 +52,6 @@ uint8_t ByteOf(double level) {
   return level > 0 ? static_cast<uint8_t>(level) : 0;
 }
 
-std::array<uint8_t, 256> BrightnessContrastLevels(int32_t brightness, int32_t contrast) {
-  const double b = brightness * 0.01 * 255;
-  const double c = contrast * 0.01;
-  std::array<uint8_t, 256> levels;
-  for (int v = 0; v < 256; ++v) {
-    levels[v] = static_cast<uint8_t>(std::clamp(v + (v - 128) * c + b, 0.0, 255.0) + 0.5);
-  }
-  return levels;
-}
-
-std::array<uint8_t, 256> GammaLevels(double gamma) {
-  constexpr double kOneOver255 = 0.00392156862745098;
-  std::array<uint8_t, 256> levels;
-  for (int v = 0; v < 256; ++v) levels[v] = ByteOf(std::pow(v * kOneOver255, 1 / gamma) * 255);
-  return levels;
-}
-
 // The top 8 of the lower `highBit` bits, 8 to 16. Samples with higher bits count as 0; then the
 // bits of `complement` are turned over.
 struct TopByte {
@@ -109,9 +94,9 @@ void CKIPDepthMapper::Prepare(const uint16_t* samples, uint32_t width, uint32_t 
   const bool changesLevels = mapping.brightness != 0 || mapping.contrast != 0;
   const bool changesGamma = mapping.gamma != 0 && mapping.gamma != 1;
   if (changesLevels) {
-    RewriteTable(BrightnessContrastLevels(mapping.brightness, mapping.contrast));
+    RewriteTable(BrightnessContrastTable(mapping.brightness, mapping.contrast));
   }
-  if (changesGamma) RewriteTable(GammaLevels(mapping.gamma));
+  if (changesGamma) RewriteTable(GammaTable(1 / mapping.gamma));
   isPlainShift_ = reducible_ && !changesLevels && !changesGamma;
 }
 

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
+
+#include "imaging/operations/flip_pixels.h"
+#include "imaging/operations/row_progress.h"
 
 namespace zyr {
 namespace {
@@ -24,16 +28,42 @@ void CopyRow(const Rows& source, const Rows& target, size_t sourceRow, size_t ta
               source.paddingBytes);
 }
 
-// False on cancel.
-bool CopyFlipped(const Rows& source, const Rows& target, size_t height, ProgressCallback progress) {
-  cancel_monitor::Reset();
-  for (size_t row = 0; row < height / 2; ++row) {
-    Report(progress, 2.0 * static_cast<double>(row) / static_cast<double>(height));
-    if (cancel_monitor::IsCancelled()) return false;
+// False on cancel, as the next two are. Rows change places in pairs, and each pair counts as two.
+bool CopyRowsReversed(const Rows& source, const Rows& target, uint32_t height,
+                      ProgressCallback progress) {
+  const RowProgress rows(progress, height);
+  for (uint32_t row = 0; row < height / 2; ++row) {
     CopyRow(source, target, row, height - 1 - row);
     CopyRow(source, target, height - 1 - row, row);
+    if (!rows.Continue(2 * row)) return false;
   }
   if (height % 2 != 0) CopyRow(source, target, height / 2, height / 2);
+  return true;
+}
+
+bool CopyColumnsReversed(const Rows& source, const Rows& target, uint32_t width, uint32_t height,
+                         ProgressCallback progress) {
+  const RowProgress rows(progress, height);
+  const size_t pixels = source.pixelBytes;
+  for (uint32_t row = 0; row < height; ++row) {
+    ReversePixels(source.At(row), target.At(row), width, pixels / width);
+    std::memcpy(target.At(row) + pixels, source.At(row) + pixels, source.paddingBytes);
+    if (!rows.Continue(row)) return false;
+  }
+  return true;
+}
+
+bool FlipBits(CKIPImage& image, ProgressCallback progress) {
+  const RowProgress rows(progress, image.height());
+  for (uint32_t y = 0; y < image.height(); ++y) {
+    for (uint32_t left = 0; left < image.width() / 2; ++left) {
+      const uint32_t right = image.width() - 1 - left;
+      const bool bit = image.GetBit(left, y);
+      image.SetBit(left, y, image.GetBit(right, y));
+      image.SetBit(right, y, bit);
+    }
+    if (!rows.Continue(y)) return false;
+  }
   return true;
 }
 
@@ -48,27 +78,68 @@ Rows RowsOf(const CKIPDeepImage& image) {
           image.GetPadding() * sizeof(uint16_t)};
 }
 
-}  // namespace
-
-std::unique_ptr<CKIPImage> FlipVertical(const CKIPImage& image, ProgressCallback progress) {
-  std::unique_ptr<CKIPImage> flipped(new (std::nothrow) CKIPImage);
-  if (flipped == nullptr || !image.IsValid()) return nullptr;
-  if (image.bitsPerPixel() != 24) flipped->SetPalette(image.palette());
-  if (!flipped->CreateUnfilled({image.name, image.width(), image.height(), image.xResolution(),
-                                image.yResolution(), image.bitsPerPixel()})) {
+// A clone whose pixels are yet to be written.
+std::unique_ptr<CKIPImage> NewClone(const CKIPImage* image) {
+  std::unique_ptr<CKIPImage> clone(new (std::nothrow) CKIPImage);
+  if (clone == nullptr || image == nullptr || !image->IsValid()) return nullptr;
+  if (image->bitsPerPixel() != 24) clone->SetPalette(image->palette());
+  if (!clone->CreateUnfilled({image->name, image->width(), image->height(), image->xResolution(),
+                              image->yResolution(), image->bitsPerPixel()})) {
     return nullptr;
   }
-  flipped->fileFormat = image.fileFormat;
-  flipped->flipped = image.flipped;
-  if (!CopyFlipped(RowsOf(image), RowsOf(*flipped), image.height(), progress)) return nullptr;
+  clone->fileFormat = image->fileFormat;
+  clone->flipped = image->flipped;
+  return clone;
+}
+
+std::unique_ptr<CKIPDeepImage> NewClone(const CKIPDeepImage* image) {
+  std::unique_ptr<CKIPDeepImage> clone(new (std::nothrow) CKIPDeepImage);
+  if (clone == nullptr || image == nullptr || !image->IsValid()) return nullptr;
+  return clone->CopyFrom(image, false) ? std::move(clone) : nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<CKIPImage> FlipHorizontal(const CKIPImage* image, ProgressCallback progress) {
+  if (image != nullptr && image->bitsPerPixel() == 1) {
+    std::unique_ptr<CKIPImage> flipped = image->Clone(true);
+    if (flipped == nullptr || !FlipBits(*flipped, progress)) return nullptr;
+    return flipped;
+  }
+  std::unique_ptr<CKIPImage> flipped = NewClone(image);
+  if (flipped == nullptr || !CopyColumnsReversed(RowsOf(*image), RowsOf(*flipped), image->width(),
+                                                 image->height(), progress)) {
+    return nullptr;
+  }
   return flipped;
 }
 
-std::unique_ptr<CKIPDeepImage> DeepFlipVertical(const CKIPDeepImage& image,
+std::unique_ptr<CKIPImage> FlipVertical(const CKIPImage* image, ProgressCallback progress) {
+  std::unique_ptr<CKIPImage> flipped = NewClone(image);
+  if (flipped == nullptr ||
+      !CopyRowsReversed(RowsOf(*image), RowsOf(*flipped), image->height(), progress)) {
+    return nullptr;
+  }
+  return flipped;
+}
+
+std::unique_ptr<CKIPDeepImage> DeepFlipHorizontal(const CKIPDeepImage* image,
+                                                  ProgressCallback progress) {
+  std::unique_ptr<CKIPDeepImage> flipped = NewClone(image);
+  if (flipped == nullptr || !CopyColumnsReversed(RowsOf(*image), RowsOf(*flipped),
+                                                 image->GetWidth(), image->GetHeight(), progress)) {
+    return nullptr;
+  }
+  return flipped;
+}
+
+std::unique_ptr<CKIPDeepImage> DeepFlipVertical(const CKIPDeepImage* image,
                                                 ProgressCallback progress) {
-  std::unique_ptr<CKIPDeepImage> flipped(new (std::nothrow) CKIPDeepImage);
-  if (flipped == nullptr || !image.IsValid() || !flipped->CopyFrom(&image, false)) return nullptr;
-  if (!CopyFlipped(RowsOf(image), RowsOf(*flipped), image.GetHeight(), progress)) return nullptr;
+  std::unique_ptr<CKIPDeepImage> flipped = NewClone(image);
+  if (flipped == nullptr ||
+      !CopyRowsReversed(RowsOf(*image), RowsOf(*flipped), image->GetHeight(), progress)) {
+    return nullptr;
+  }
   return flipped;
 }
 

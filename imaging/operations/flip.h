@@ -1,4 +1,5 @@
-// Turning pictures over. The source stays; the result is new. Null on failure or cancel.
+// Turning pictures over. The source stays; the result is new. Null for no image or an invalid one,
+// and on cancel.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +11,12 @@
 
 namespace zyr {
 
-std::unique_ptr<CKIPImage> FlipVertical(const CKIPImage& image, ProgressCallback progress);
-std::unique_ptr<CKIPDeepImage> DeepFlipVertical(const CKIPDeepImage& image,
+// The padding of rows stays where it is.
+std::unique_ptr<CKIPImage> FlipHorizontal(const CKIPImage* image, ProgressCallback progress);
+std::unique_ptr<CKIPImage> FlipVertical(const CKIPImage* image, ProgressCallback progress);
+std::unique_ptr<CKIPDeepImage> DeepFlipHorizontal(const CKIPDeepImage* image,
+                                                  ProgressCallback progress);
+std::unique_ptr<CKIPDeepImage> DeepFlipVertical(const CKIPDeepImage* image,
                                                 ProgressCallback progress);
 
 // Turns `height` rows of `rowBytes` bytes over in place.

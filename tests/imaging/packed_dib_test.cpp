@@ -52,7 +52,7 @@ TEST_F(PackedDibTest, ImagesSurviveTheRoundTrip) {
     EXPECT_EQ(back->palette(), bits == 24 ? Palette{} : image->palette());
 
     EXPECT_EQ(TakeBytes(PackedDibFromImage(*image, nullptr, RowOrder::kReversed)),
-              TakeBytes(PackedDibFromImage(*FlipVertical(*image, nullptr))));
+              TakeBytes(PackedDibFromImage(*FlipVertical(image.get(), nullptr))));
   }
   const Palette other = ColoredPalette(4);
   const Bytes dib = TakeBytes(PackedDibFromImage(*RandomGrey(3, 3), &other));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "foundation/math/portable_math.h"
 #include "imaging/operations/depth_mapper.h"
 #include "tests/imaging/imaging_test.h"
 
@@ -52,7 +53,7 @@ int SlowLevel(uint32_t sample, uint32_t depth, const DepthMapping& mapping) {
     level = static_cast<int>(std::max(0.0, std::min(value, 255.0)) + 0.5);
   }
   if (mapping.gamma == 0 || mapping.gamma == 1) return level;
-  return static_cast<int>(std::pow(level * 0.00392156862745098, 1 / mapping.gamma) * 255);
+  return static_cast<int>(math::Pow(level * 0.00392156862745098, 1 / mapping.gamma) * 255);
 }
 
 void ExpectMapped(const Samples& samples, const DepthMapping& mapping, const std::string& what) {

