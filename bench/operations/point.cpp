@@ -76,88 +76,142 @@ void DeepGammaOfOpenCv(const cv::Mat& source) {
   exact.convertTo(result, CV_16U, kDeepTop);
 }
 
-// The histogram by OpenCV, then the stretch between two levels found in it.
-void AutoContrastOfOpenCv(const cv::Mat& source, int levels) {
-  cv::Mat histogram, result;
+cv::Mat HistogramOfOpenCv(const cv::Mat& source, int levels) {
+  cv::Mat histogram;
   const int channel = 0;
   const float range[] = {0, static_cast<float>(levels)};
   const float* ranges[] = {range};
   cv::calcHist(&source, 1, &channel, cv::Mat(), histogram, 1, &levels, ranges);
+  return histogram;
+}
+
+// OpenCV equalises 8 bits only: its histogram, and the table applied as one would write it.
+void DeepEqualizeWithOpenCv(const cv::Mat& source) {
+  const cv::Mat histogram = HistogramOfOpenCv(source, kDeepTop + 1);
+  std::vector<uint16_t> table(kDeepTop + 1);
+  float sum = 0;
+  for (int i = 0; i <= kDeepTop; ++i) {
+    sum += histogram.at<float>(i);
+    table[static_cast<size_t>(i)] =
+        cv::saturate_cast<uint16_t>(sum / static_cast<float>(source.total()) * kDeepTop);
+  }
+  cv::Mat result(source.size(), source.type());
+  for (int y = 0; y < source.rows; ++y) {
+    const uint16_t* from = source.ptr<uint16_t>(y);
+    uint16_t* to = result.ptr<uint16_t>(y);
+    for (int x = 0; x < source.cols; ++x) to[x] = table[from[x]];
+  }
+}
+
+// The histogram by OpenCV, then the stretch between two levels found in it.
+void AutoContrastOfOpenCv(const cv::Mat& source, int levels) {
+  const cv::Mat histogram = HistogramOfOpenCv(source, levels);
+  cv::Mat result;
   const double slope = 1.25;
   source.convertTo(result, -1, slope, -0.1 * levels * slope);
 }
 
-void AddGrey(const Frames& frames, const std::string& size, std::vector<Comparison>* list) {
+void AddGrey(const Frames& frames, std::vector<Comparison>* list) {
   CKIPImage* const grey = frames.grey.get();
   const auto add = [&](const char* name, std::function<void()> ours, std::function<void()> theirs) {
     // `frames` keeps what the pointers name.
-    list->push_back({name + size, [frames, ours] { ours(); }, theirs});
+    list->push_back({name, [frames, ours] { ours(); }, theirs});
   };
   const cv::Mat mat = frames.Grey();
   add(
       "brightness and contrast, 8 bit",
       [=] { AdjustBrightnessContrast(grey, 10, 20, kKeepNoColor, nullptr); },
-      [=] { cv::Mat result; mat.convertTo(result, -1, 1.2, -0.1); });
+      [=] {
+        cv::Mat result;
+        mat.convertTo(result, -1, 1.2, -0.1);
+      });
   add(
       "gamma, 8 bit", [=] { AdjustGamma(grey, 1.8, 1.8, 1.8, kKeepNoColor, nullptr); },
-      [=, table = TableOf(1 / 1.8)] { cv::Mat result; cv::LUT(mat, table, result); });
+      [=, table = TableOf(1 / 1.8)] {
+        cv::Mat result;
+        cv::LUT(mat, table, result);
+      });
   add(
       "invert, 8 bit", [=] { Invert(grey, nullptr); },
-      [=] { cv::Mat result; cv::bitwise_not(mat, result); });
+      [=] {
+        cv::Mat result;
+        cv::bitwise_not(mat, result);
+      });
   add(
       "normalize, 8 bit", [=] { Normalize(grey, nullptr, nullptr); },
-      [=] { cv::Mat result; cv::normalize(mat, result, 0, 255, cv::NORM_MINMAX); });
+      [=] {
+        cv::Mat result;
+        cv::normalize(mat, result, 0, 255, cv::NORM_MINMAX);
+      });
   add(
       "equalize, 8 bit", [=] { Equalize(grey, nullptr, nullptr); },
-      [=] { cv::Mat result; cv::equalizeHist(mat, result); });
+      [=] {
+        cv::Mat result;
+        cv::equalizeHist(mat, result);
+      });
   add(
-      "automatic contrast, 8 bit",
-      [=] { AutoBrightnessContrast(grey, 2, 2, nullptr, nullptr); },
+      "automatic contrast, 8 bit", [=] { AutoBrightnessContrast(grey, 2, 2, nullptr, nullptr); },
       [=] { AutoContrastOfOpenCv(mat, 256); });
   CKIPImage* const color = frames.color.get();
   add(
       "brightness and contrast, 24 bit",
       [=] { AdjustBrightnessContrast(color, 10, 20, kKeepNoColor, nullptr); },
-      [colors = frames.Color()] { cv::Mat result; colors.convertTo(result, -1, 1.2, -0.1); });
+      [colors = frames.Color()] {
+        cv::Mat result;
+        colors.convertTo(result, -1, 1.2, -0.1);
+      });
 }
 
-void AddDeep(const Frames& frames, const std::string& size, std::vector<Comparison>* list) {
+void AddDeep(const Frames& frames, std::vector<Comparison>* list) {
   CKIPDeepImage* const deep = frames.deep.get();
   const auto add = [&](const char* name, std::function<void()> ours, std::function<void()> theirs) {
-    list->push_back({name + size, [frames, ours] { ours(); }, theirs});
+    list->push_back({name, [frames, ours] { ours(); }, theirs});
   };
   const cv::Mat mat = frames.Deep();
   add(
       "brightness and contrast, 16 bit",
       [=] { DeepAdjustBrightnessContrast(deep, 10, 20, nullptr); },
-      [=] { cv::Mat result; mat.convertTo(result, -1, 1.2, -0.1); });
+      [=] {
+        cv::Mat result;
+        mat.convertTo(result, -1, 1.2, -0.1);
+      });
   add(
       "gamma, 16 bit", [=] { DeepAdjustGamma(deep, 1.8, nullptr); },
       [=] { DeepGammaOfOpenCv(mat); });
   add(
       "invert, 16 bit", [=] { DeepInvert(deep, nullptr); },
-      [=] { cv::Mat result; cv::subtract(cv::Scalar(kDeepTop), mat, result); });
+      [=] {
+        cv::Mat result;
+        cv::subtract(cv::Scalar(kDeepTop), mat, result);
+      });
   add(
       "normalize, 16 bit", [=] { DeepNormalize(deep, nullptr); },
-      [=] { cv::Mat result; cv::normalize(mat, result, 0, kDeepTop, cv::NORM_MINMAX); });
+      [=] {
+        cv::Mat result;
+        cv::normalize(mat, result, 0, kDeepTop, cv::NORM_MINMAX);
+      });
   add(
       "automatic contrast, 16 bit", [=] { DeepAutoBrightnessContrast(deep, 1, 1, nullptr); },
       [=] { AutoContrastOfOpenCv(mat, kDeepTop + 1); });
+  add(
+      "equalize, 16 bit", [=] { DeepEqualize(deep, nullptr); },
+      [=] { DeepEqualizeWithOpenCv(mat); });
   DepthMapping mapping;
   mapping.bits = kDeepBits;
   add(
       "16 bit to 8 bit", [=] { ImageFromDeepImage(*deep, mapping, nullptr); },
-      [=] { cv::Mat result; mat.convertTo(result, CV_8U, 1.0 / 16); });
+      [=] {
+        cv::Mat result;
+        mat.convertTo(result, CV_8U, 1.0 / 16);
+      });
 }
 
 }  // namespace
 
 void AddPointOperations(FrameSize size, std::vector<Comparison>* list) {
   const Frames frames = MakeFrames(size);
-  const std::string suffix =
-      ", " + std::to_string(size.width) + " x " + std::to_string(size.height);
-  AddGrey(frames, suffix, list);
-  AddDeep(frames, suffix, list);
+  AddGrey(frames, list);
+  AddDeep(frames, list);
 }
 
 }  // namespace zyr::bench
