@@ -1,6 +1,7 @@
 #include "imaging/operations/brightness_contrast.h"
 
 #include <algorithm>
+#include <new>
 
 namespace zyr {
 
@@ -16,7 +17,7 @@ ByteTable BrightnessContrastTable(int32_t brightness, int32_t contrast) {
 
 std::unique_ptr<CKIPImage> AdjustBrightnessContrast(const CKIPImage* image, int32_t brightness,
                                                     int32_t contrast, ColorRef keep,
-                                                    ProgressCallback progress) {
+                                                    ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid() || image->bitsPerPixel() == 1) return nullptr;
   const ByteTable table = BrightnessContrastTable(brightness, contrast);
   const RowProgress rows(progress, image->height());
@@ -24,6 +25,8 @@ std::unique_ptr<CKIPImage> AdjustBrightnessContrast(const CKIPImage* image, int3
   const double c = contrast * 0.01;
   const LevelLine line = {1 + c, brightness * 0.01 * 255 - 128 * c + 0.5, 255};
   return MapBytes(*image, ByteMapper(table, line), rows);
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 void AdjustPaletteBrightnessContrast(CKIPImage* image, int32_t brightness, int32_t contrast) {
@@ -36,7 +39,7 @@ void AdjustPaletteBrightnessContrast(CKIPImage* image, int32_t brightness, int32
 
 std::unique_ptr<CKIPDeepImage> DeepAdjustBrightnessContrast(const CKIPDeepImage* image,
                                                             int32_t brightness, int32_t contrast,
-                                                            ProgressCallback progress) {
+                                                            ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   const uint32_t mask = image->GetMask();
   const uint32_t middle = image->GetLevels() / 2;
@@ -49,6 +52,8 @@ std::unique_ptr<CKIPDeepImage> DeepAdjustBrightnessContrast(const CKIPDeepImage*
   const LevelLine line = {1 + c, b - middle * c, static_cast<uint16_t>(mask)};
   SampleMapper mapper(mask, adjusted, line);
   return MapSamples(*image, mapper, RowProgress(progress, image->GetHeight()));
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace zyr

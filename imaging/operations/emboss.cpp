@@ -83,7 +83,7 @@ class Neighbours {
 }  // namespace
 
 std::unique_ptr<CKIPImage> Emboss(const CKIPImage* image, double azimuth, double elevation,
-                                  double depth, ProgressCallback progress) {
+                                  double depth, ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   std::unique_ptr<CKIPImage> grey =
       image->IsGrey() ? image->Clone(true) : ConvertToGrey8(*image, nullptr);
@@ -100,6 +100,8 @@ std::unique_ptr<CKIPImage> Emboss(const CKIPImage* image, double azimuth, double
     if (!rowProgress.Continue(row)) return nullptr;
   }
   return grey;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace zyr

@@ -1,7 +1,9 @@
 #include "imaging/operations/fast_noise.h"
 
 #include <cstring>
+#include <new>
 
+#include "imaging/operations/clone.h"
 #include "imaging/operations/median_rows.h"
 #include "imaging/operations/row_progress.h"
 #include "imaging/operations/sample_plane.h"
@@ -27,13 +29,15 @@ bool ReduceNoise(const SamplePlane<T>& source, const SamplePlane<T>& target,
 }
 
 template <class Image>
-std::unique_ptr<Image> NoiseReduced(const Image* image, ProgressCallback progress) {
+std::unique_ptr<Image> NoiseReduced(const Image* image, ProgressCallback progress) try {
   if (!IsFilterable(image)) return nullptr;
   std::unique_ptr<Image> reduced = NewUnwrittenClone(*image);
   if (reduced == nullptr || !ReduceNoise(PlaneOf(*image), PlaneOf(*reduced), progress)) {
     return nullptr;
   }
   return reduced;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace

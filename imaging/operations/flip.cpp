@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <utility>
 
+#include "imaging/operations/clone.h"
 #include "imaging/operations/flip_pixels.h"
 #include "imaging/operations/row_progress.h"
 
@@ -78,69 +78,61 @@ Rows RowsOf(const CKIPDeepImage& image) {
           image.GetPadding() * sizeof(uint16_t)};
 }
 
-// A clone whose pixels are yet to be written.
-std::unique_ptr<CKIPImage> NewClone(const CKIPImage* image) {
-  std::unique_ptr<CKIPImage> clone(new (std::nothrow) CKIPImage);
-  if (clone == nullptr || image == nullptr || !image->IsValid()) return nullptr;
-  if (image->bitsPerPixel() != 24) clone->SetPalette(image->palette());
-  if (!clone->CreateUnfilled({image->name, image->width(), image->height(), image->xResolution(),
-                              image->yResolution(), image->bitsPerPixel()})) {
-    return nullptr;
-  }
-  clone->fileFormat = image->fileFormat;
-  clone->flipped = image->flipped;
-  return clone;
-}
-
-std::unique_ptr<CKIPDeepImage> NewClone(const CKIPDeepImage* image) {
-  std::unique_ptr<CKIPDeepImage> clone(new (std::nothrow) CKIPDeepImage);
-  if (clone == nullptr || image == nullptr || !image->IsValid()) return nullptr;
-  return clone->CopyFrom(image, false) ? std::move(clone) : nullptr;
-}
-
 }  // namespace
 
-std::unique_ptr<CKIPImage> FlipHorizontal(const CKIPImage* image, ProgressCallback progress) {
-  if (image != nullptr && image->bitsPerPixel() == 1) {
+std::unique_ptr<CKIPImage> FlipHorizontal(const CKIPImage* image, ProgressCallback progress) try {
+  if (image == nullptr) return nullptr;
+  if (image->bitsPerPixel() == 1) {
     std::unique_ptr<CKIPImage> flipped = image->Clone(true);
     if (flipped == nullptr || !FlipBits(*flipped, progress)) return nullptr;
     return flipped;
   }
-  std::unique_ptr<CKIPImage> flipped = NewClone(image);
+  std::unique_ptr<CKIPImage> flipped = NewUnwrittenClone(*image);
   if (flipped == nullptr || !CopyColumnsReversed(RowsOf(*image), RowsOf(*flipped), image->width(),
                                                  image->height(), progress)) {
     return nullptr;
   }
   return flipped;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
-std::unique_ptr<CKIPImage> FlipVertical(const CKIPImage* image, ProgressCallback progress) {
-  std::unique_ptr<CKIPImage> flipped = NewClone(image);
+std::unique_ptr<CKIPImage> FlipVertical(const CKIPImage* image, ProgressCallback progress) try {
+  if (image == nullptr) return nullptr;
+  std::unique_ptr<CKIPImage> flipped = NewUnwrittenClone(*image);
   if (flipped == nullptr ||
       !CopyRowsReversed(RowsOf(*image), RowsOf(*flipped), image->height(), progress)) {
     return nullptr;
   }
   return flipped;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPDeepImage> DeepFlipHorizontal(const CKIPDeepImage* image,
-                                                  ProgressCallback progress) {
-  std::unique_ptr<CKIPDeepImage> flipped = NewClone(image);
+                                                  ProgressCallback progress) try {
+  if (image == nullptr) return nullptr;
+  std::unique_ptr<CKIPDeepImage> flipped = NewUnwrittenClone(*image);
   if (flipped == nullptr || !CopyColumnsReversed(RowsOf(*image), RowsOf(*flipped),
                                                  image->GetWidth(), image->GetHeight(), progress)) {
     return nullptr;
   }
   return flipped;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPDeepImage> DeepFlipVertical(const CKIPDeepImage* image,
-                                                ProgressCallback progress) {
-  std::unique_ptr<CKIPDeepImage> flipped = NewClone(image);
+                                                ProgressCallback progress) try {
+  if (image == nullptr) return nullptr;
+  std::unique_ptr<CKIPDeepImage> flipped = NewUnwrittenClone(*image);
   if (flipped == nullptr ||
       !CopyRowsReversed(RowsOf(*image), RowsOf(*flipped), image->GetHeight(), progress)) {
     return nullptr;
   }
   return flipped;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 void FlipRows(void* rows, size_t rowBytes, size_t height) {

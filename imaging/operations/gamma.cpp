@@ -1,8 +1,10 @@
 #include "imaging/operations/gamma.h"
 
 #include <algorithm>
+#include <new>
 
 #include "foundation/math/portable_math.h"
+#include "imaging/operations/clone.h"
 
 namespace zyr {
 namespace {
@@ -55,7 +57,7 @@ ByteTable GammaTable(double exponent) {
 }
 
 std::unique_ptr<CKIPImage> AdjustGamma(const CKIPImage* image, double red, double green,
-                                       double blue, ColorRef keep, ProgressCallback progress) {
+                                       double blue, ColorRef keep, ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   if (!AreAboveZero(red, green, blue) || image->bitsPerPixel() == 1) return image->Clone(true);
   if (image->bitsPerPixel() == 24) {
@@ -69,6 +71,8 @@ std::unique_ptr<CKIPImage> AdjustGamma(const CKIPImage* image, double red, doubl
   if (result == nullptr) return nullptr;
   if (!ChangePalette(*result, TablesOf(red, green, blue), keep, progress)) return nullptr;
   return result;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 void AdjustPaletteGamma(CKIPImage* image, double red, double green, double blue, ColorRef keep) {
@@ -78,7 +82,7 @@ void AdjustPaletteGamma(CKIPImage* image, double red, double green, double blue,
 }
 
 std::unique_ptr<CKIPDeepImage> DeepAdjustGamma(const CKIPDeepImage* image, double gamma,
-                                               ProgressCallback progress) {
+                                               ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   if (!(gamma > 0) || gamma == 1) return image->Clone();
   const double top = image->GetMask();
@@ -86,6 +90,8 @@ std::unique_ptr<CKIPDeepImage> DeepAdjustGamma(const CKIPDeepImage* image, doubl
     return static_cast<uint16_t>(std::min(math::Pow(v / top, 1 / gamma) * top, top));
   });
   return MapSamples(*image, mapper, RowProgress(progress, image->GetHeight()));
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace zyr

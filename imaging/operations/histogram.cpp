@@ -1,6 +1,7 @@
 #include "imaging/operations/histogram.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -162,7 +163,7 @@ std::optional<Range> ClippedRange(const std::vector<uint32_t>& counts, uint32_t 
 }  // namespace
 
 std::unique_ptr<CKIPImage> Normalize(const CKIPImage* image, const CKIPImage* reference,
-                                     ProgressCallback progress) {
+                                     ProgressCallback progress) try {
   const CKIPImage* const source = LevelsSource(image, reference);
   if (source == nullptr) return nullptr;
   const std::optional<Range> range = FindExtremes(*source, progress);
@@ -174,18 +175,22 @@ std::unique_ptr<CKIPImage> Normalize(const CKIPImage* image, const CKIPImage* re
     table[v] = static_cast<uint8_t>(isOpen ? Spread(v, *range, 255) : SpreadWithin(v, *range, 255));
   }
   return SpreadBytes(*image, table, *range, progress);
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPDeepImage> DeepNormalize(const CKIPDeepImage* image,
-                                             ProgressCallback progress) {
+                                             ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   const std::optional<Range> range = FindExtremes(*image, progress);
   if (!range) return nullptr;
   return SpreadSamples(*image, *range, progress);
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPImage> Equalize(const CKIPImage* image, const CKIPImage* reference,
-                                    ProgressCallback progress) {
+                                    ProgressCallback progress) try {
   const CKIPImage* const source = LevelsSource(image, reference);
   if (source == nullptr) return nullptr;
   const std::vector<uint32_t> counts = CountLevels(*source, progress);
@@ -196,9 +201,12 @@ std::unique_ptr<CKIPImage> Equalize(const CKIPImage* image, const CKIPImage* ref
   std::copy(levels.begin(), levels.end(), table.begin());
   return MapBytes(*image, ByteMapper(table), HalfProgress(progress, image->height()),
                   image->height());
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
-std::unique_ptr<CKIPDeepImage> DeepEqualize(const CKIPDeepImage* image, ProgressCallback progress) {
+std::unique_ptr<CKIPDeepImage> DeepEqualize(const CKIPDeepImage* image,
+                                            ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   const std::vector<uint32_t> counts = CountLevels(*image, progress);
   if (counts.empty()) return nullptr;
@@ -208,11 +216,13 @@ std::unique_ptr<CKIPDeepImage> DeepEqualize(const CKIPDeepImage* image, Progress
   SampleMapper mapper(mask, [&](uint32_t level) { return levels[std::min(level, mask)]; });
   return MapSamples(*image, mapper, HalfProgress(progress, image->GetHeight()),
                     image->GetHeight());
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPImage> AutoBrightnessContrast(const CKIPImage* image, uint32_t lowPercent,
                                                   uint32_t highPercent, const CKIPImage* reference,
-                                                  ProgressCallback progress) {
+                                                  ProgressCallback progress) try {
   const CKIPImage* const source = LevelsSource(image, reference);
   if (source == nullptr) return nullptr;
   const std::vector<uint32_t> counts = CountLevels(*source, progress);
@@ -224,6 +234,8 @@ std::unique_ptr<CKIPImage> AutoBrightnessContrast(const CKIPImage* image, uint32
     table[v] = static_cast<uint8_t>(SpreadWithin(v, *range, 255));
   }
   return SpreadBytes(*image, table, *range, progress);
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPImage> AutoBrightnessContrastDefault(const CKIPImage* image,
@@ -234,13 +246,15 @@ std::unique_ptr<CKIPImage> AutoBrightnessContrastDefault(const CKIPImage* image,
 std::unique_ptr<CKIPDeepImage> DeepAutoBrightnessContrast(const CKIPDeepImage* image,
                                                           uint32_t lowPercent,
                                                           uint32_t highPercent,
-                                                          ProgressCallback progress) {
+                                                          ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   const std::vector<uint32_t> counts = CountLevels(*image, progress);
   if (counts.empty()) return nullptr;
   const std::optional<Range> range = ClippedRange(counts, lowPercent, highPercent);
   if (!range) return image->Clone();
   return SpreadSamples(*image, *range, progress);
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace zyr

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "imaging/operations/clone.h"
 #include "imaging/operations/levels.h"
 
 namespace zyr {
@@ -20,11 +21,11 @@ std::unique_ptr<CKIPImage> WithInvertedPalette(const CKIPImage& image) {
 
 }  // namespace
 
-std::unique_ptr<CKIPImage> Invert(const CKIPImage* image, ProgressCallback progress) {
+std::unique_ptr<CKIPImage> Invert(const CKIPImage* image, ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   const RowProgress rows(progress, image->height());
   if (image->bitsPerPixel() == 8 && !image->IsGrey()) return WithInvertedPalette(*image);
-  std::unique_ptr<CKIPImage> result = NewUnfilledLike(*image);
+  std::unique_ptr<CKIPImage> result = NewUnwrittenClone(*image);
   if (result == nullptr) return nullptr;
   const size_t inverted =
       image->bitsPerPixel() == 1 ? image->stride() : image->stride() - image->rowPadding();
@@ -34,12 +35,15 @@ std::unique_ptr<CKIPImage> Invert(const CKIPImage* image, ProgressCallback progr
     if (!rows.Continue(row)) return nullptr;
   }
   return result;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
-std::unique_ptr<CKIPDeepImage> DeepInvert(const CKIPDeepImage* image, ProgressCallback progress) {
-  std::unique_ptr<CKIPDeepImage> result(new (std::nothrow) CKIPDeepImage);
-  if (image == nullptr || !image->IsValid() || result == nullptr) return nullptr;
-  if (!result->CopyFrom(image, false)) return nullptr;
+std::unique_ptr<CKIPDeepImage> DeepInvert(const CKIPDeepImage* image,
+                                          ProgressCallback progress) try {
+  if (image == nullptr || !image->IsValid()) return nullptr;
+  std::unique_ptr<CKIPDeepImage> result = NewUnwrittenClone(*image);
+  if (result == nullptr) return nullptr;
   const RowProgress rows(progress, image->GetHeight());
   const uint16_t mask = static_cast<uint16_t>(image->GetMask());
   for (uint32_t row = 0; row < image->GetHeight(); ++row) {
@@ -49,6 +53,8 @@ std::unique_ptr<CKIPDeepImage> DeepInvert(const CKIPDeepImage* image, ProgressCa
     if (!rows.Continue(row)) return nullptr;
   }
   return result;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace zyr

@@ -1,10 +1,15 @@
 #include "imaging/operations/keep_color.h"
 
+#include "imaging/operations/clone.h"
+
 namespace zyr {
 namespace {
 
+constexpr ColorRef kColorBits = 0xFFFFFF;
+
 void MapColors(const ColorTables& tables, ColorRef keep, const uint8_t* source, uint8_t* target,
                uint32_t pixels) {
+  if (keep != kKeepNoColor) keep &= kColorBits;
   for (uint32_t x = 0; x < pixels; ++x, source += 3, target += 3) {
     const uint8_t blue = source[0];
     const uint8_t green = source[1];
@@ -32,7 +37,7 @@ std::unique_ptr<CKIPImage> MapBytesKeeping(const CKIPImage& image, const ColorTa
     if (kept && *kept < table.size()) table[*kept] = static_cast<uint8_t>(*kept);
     return MapBytes(image, ByteMapper(table), progress);
   }
-  std::unique_ptr<CKIPImage> result = NewUnfilledLike(image);
+  std::unique_ptr<CKIPImage> result = NewUnwrittenClone(image);
   if (result == nullptr) return nullptr;
   for (uint32_t row = 0; row < image.height(); ++row) {
     MapColors(tables, keep, image.MemoryRow(row), result->MemoryRow(row), image.width());

@@ -1,10 +1,10 @@
 #include "imaging/operations/levels.h"
 
 #include <algorithm>
-#include <new>
 #include <numeric>
 
 #include "foundation/support/cpu.h"
+#include "imaging/operations/clone.h"
 
 namespace zyr {
 namespace {
@@ -90,33 +90,10 @@ void SampleMapper::Map(const uint16_t* source, uint16_t* target, size_t count) {
   kernels.lookUp16(table_.data(), source, target, count);
 }
 
-std::unique_ptr<CKIPImage> NewUnfilledLike(const CKIPImage& image) {
-  std::unique_ptr<CKIPImage> result(new (std::nothrow) CKIPImage);
-  if (result == nullptr || !image.IsValid()) return nullptr;
-  if (image.bitsPerPixel() != 24) result->SetPalette(image.palette());
-  if (!result->CreateUnfilled({image.name, image.width(), image.height(), image.xResolution(),
-                               image.yResolution(), image.bitsPerPixel()})) {
-    return nullptr;
-  }
-  result->fileFormat = image.fileFormat;
-  result->flipped = image.flipped;
-  return result;
-}
-
-void CopyRowPadding(const CKIPImage& source, CKIPImage& target, uint32_t row) {
-  const size_t used = source.stride() - source.rowPadding();
-  std::copy_n(source.MemoryRow(row) + used, source.rowPadding(), target.MemoryRow(row) + used);
-}
-
-void CopyRowPadding(const CKIPDeepImage& source, const CKIPDeepImage& target, uint32_t row) {
-  std::copy_n(source.GetPixelPtr(source.GetWidth(), row), source.GetPadding(),
-              target.GetPixelPtr(target.GetWidth(), row));
-}
-
 std::unique_ptr<CKIPDeepImage> MapSamples(const CKIPDeepImage& image, SampleMapper& mapper,
                                           const RowProgress& progress, uint32_t firstRow) {
-  std::unique_ptr<CKIPDeepImage> result(new (std::nothrow) CKIPDeepImage);
-  if (result == nullptr || !result->CopyFrom(&image, false)) return nullptr;
+  std::unique_ptr<CKIPDeepImage> result = NewUnwrittenClone(image);
+  if (result == nullptr) return nullptr;
   for (uint32_t row = 0; row < image.GetHeight(); ++row) {
     mapper.Map(image.GetRow(row), result->GetRow(row), image.GetWidth());
     CopyRowPadding(image, *result, row);
@@ -127,7 +104,7 @@ std::unique_ptr<CKIPDeepImage> MapSamples(const CKIPDeepImage& image, SampleMapp
 
 std::unique_ptr<CKIPImage> MapBytes(const CKIPImage& image, const ByteMapper& mapper,
                                     const RowProgress& progress, uint32_t firstRow) {
-  std::unique_ptr<CKIPImage> result = NewUnfilledLike(image);
+  std::unique_ptr<CKIPImage> result = NewUnwrittenClone(image);
   if (result == nullptr) return nullptr;
   const size_t bytes = image.stride() - image.rowPadding();
   for (uint32_t row = 0; row < image.height(); ++row) {

@@ -65,13 +65,6 @@ class SampleMapper {
   bool isWhole_;
 };
 
-// What Clone without pixels gives, but for the pixels, which the caller has to write.
-std::unique_ptr<CKIPImage> NewUnfilledLike(const CKIPImage& image);
-
-// Copy the padding behind the row's pixels.
-void CopyRowPadding(const CKIPImage& source, CKIPImage& target, uint32_t row);
-void CopyRowPadding(const CKIPDeepImage& source, const CKIPDeepImage& target, uint32_t row);
-
 // A copy whose samples went through the mapper. Row r is reported as row `firstRow` + r.
 std::unique_ptr<CKIPDeepImage> MapSamples(const CKIPDeepImage& image, SampleMapper& mapper,
                                           const RowProgress& progress, uint32_t firstRow = 0);

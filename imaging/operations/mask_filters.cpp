@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "foundation/support/cpu.h"
+#include "imaging/operations/clone.h"
 #include "imaging/operations/mask_filters_loops.h"
 #include "imaging/operations/row_progress.h"
 
@@ -216,25 +217,11 @@ bool HasWeights(const CKIPMask& mask) {
   return mask.weights != nullptr && mask.rows != 0 && mask.columns != 0;
 }
 
-// Like Clone(false), but the pixels are left for the filter to write.
-std::unique_ptr<CKIPImage> NewLike(const CKIPImage& image) {
-  std::unique_ptr<CKIPImage> result(new (std::nothrow) CKIPImage);
-  if (result == nullptr) return nullptr;
-  if (image.bitsPerPixel() != 24) result->SetPalette(image.palette());
-  if (!result->CreateUnfilled({image.name, image.width(), image.height(), image.xResolution(),
-                               image.yResolution(), image.bitsPerPixel()})) {
-    return nullptr;
-  }
-  result->fileFormat = image.fileFormat;
-  result->flipped = image.flipped;
-  return result;
-}
-
 std::unique_ptr<CKIPImage> Filtered(const CKIPImage* image, const CKIPMask& mask, Output output,
-                                    ProgressCallback progress) {
+                                    ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid() || !HasWeights(mask)) return nullptr;
   if (image->bitsPerPixel() != 24 && !image->IsGrey()) return nullptr;
-  std::unique_ptr<CKIPImage> result = NewLike(*image);
+  std::unique_ptr<CKIPImage> result = NewUnwrittenClone(*image);
   if (result == nullptr) return nullptr;
   const size_t channels = image->bitsPerPixel() / 8;
   const Pixels<const uint8_t> source{image->bits(), image->stride(), image->width(),
@@ -243,23 +230,15 @@ std::unique_ptr<CKIPImage> Filtered(const CKIPImage* image, const CKIPMask& mask
                                channels};
   const bool done = Filter(source, target, mask, output, 255, 0, progress);
   return done ? std::move(result) : nullptr;
-}
-
-// Behind the pixels of each row lies what lay there in the source.
-void CopyPadding(const CKIPDeepImage& source, CKIPDeepImage& target) {
-  const uint32_t padding = source.GetPadding();
-  if (padding == 0) return;
-  for (uint32_t row = 0; row < source.GetHeight(); ++row) {
-    std::copy_n(source.GetPixelPtr(source.GetWidth(), row), padding,
-                target.GetPixelPtr(source.GetWidth(), row));
-  }
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPDeepImage> DeepFiltered(const CKIPDeepImage* image, const CKIPMask& mask,
-                                            Output output, ProgressCallback progress) {
+                                            Output output, ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid() || !HasWeights(mask)) return nullptr;
-  std::unique_ptr<CKIPDeepImage> result(new (std::nothrow) CKIPDeepImage);
-  if (result == nullptr || !result->CopyFrom(image, false)) return nullptr;
+  std::unique_ptr<CKIPDeepImage> result = NewUnwrittenClone(*image);
+  if (result == nullptr) return nullptr;
   CopyPadding(*image, *result);
   const Pixels<const uint16_t> source{image->GetPixels(), image->GetStride(), image->GetWidth(),
                                       image->GetHeight(), 1};
@@ -267,6 +246,8 @@ std::unique_ptr<CKIPDeepImage> DeepFiltered(const CKIPDeepImage* image, const CK
                                 image->GetHeight(), 1};
   const bool done = Filter(source, target, mask, output, image->GetMask(), 0.5, progress);
   return done ? std::move(result) : nullptr;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "imaging/operations/clone.h"
 #include "imaging/operations/median_rows.h"
 #include "imaging/operations/median_window.h"
 #include "imaging/operations/row_progress.h"
@@ -17,7 +18,8 @@ namespace {
 template <class T>
 class AlignedSamples {
  public:
-  explicit AlignedSamples(size_t count) : samples_(count + kMedianMargin / sizeof(T)) {
+  explicit AlignedSamples(uint64_t count)
+      : samples_(NewVector<T>(count + kMedianMargin / sizeof(T))) {
     const uintptr_t begin = reinterpret_cast<uintptr_t>(samples_.data());
     data_ = samples_.data() + (kMedianMargin - begin % kMedianMargin) / sizeof(T);
   }
@@ -41,7 +43,7 @@ void RowsAround(uint32_t y, uint32_t height, uint32_t count, const T** rows, Row
 template <class T, class RowFilter>
 bool FilterWithNetwork(const SamplePlane<T>& source, const SamplePlane<T>& target, uint32_t size,
                        RowFilter filter, ProgressCallback progress) {
-  AlignedSamples<T> room(size * MedianColumnsLength<T>(source.RowSamples()));
+  AlignedSamples<T> room(uint64_t{size} * MedianColumnsLength<T>(source.RowSamples()));
   std::vector<const T*> window(size);
   const RowProgress rows(progress, source.height);
   for (uint32_t y = 0; y < source.height; ++y) {
@@ -63,7 +65,7 @@ class SearchRows {
         length_(source.RowSamples() + size_t{size.columns} * source.channels +
                 kMedianMargin / sizeof(T)),
         slots_(std::min(size.rows, source.height)),
-        samples_(length_ * slots_),
+        samples_(NewVector<T>(uint64_t{length_} * slots_)),
         window_(size.rows) {}
 
   // For one row after the other.
@@ -143,15 +145,8 @@ bool Filter(const SamplePlane<T>& source, const SamplePlane<T>& target,
   return FilterByHistogram(source, target, size, progress);
 }
 
-// The padding of a row stays with it. Those of 8 and 24 bits have theirs filled already.
-void CopyPadding(const SamplePlane<uint16_t>& source, const SamplePlane<uint16_t>& target) {
-  for (uint32_t y = 0; y < source.height; ++y) {
-    std::copy(source.Row(y) + source.width, source.Row(y) + source.stride,
-              target.Row(y) + source.width);
-  }
-}
-
-void CopyPadding(const SamplePlane<uint8_t>&, const SamplePlane<uint8_t>&) {}
+// The clone has its padding filled already.
+void CopyPadding(const CKIPImage&, CKIPImage&) {}
 
 template <class Image>
 std::unique_ptr<Image> Filtered(const Image* image, const MedianWindowSize& size,
@@ -162,7 +157,7 @@ std::unique_ptr<Image> Filtered(const Image* image, const MedianWindowSize& size
       !Filter(PlaneOf(*image), PlaneOf(*filtered), size, progress)) {
     return nullptr;
   }
-  CopyPadding(PlaneOf(*image), PlaneOf(*filtered));
+  CopyPadding(*image, *filtered);
   return filtered;
 } catch (const std::bad_alloc&) {
   return nullptr;

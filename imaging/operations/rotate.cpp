@@ -1,10 +1,10 @@
 #include "imaging/operations/rotate.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <utility>
 
+#include "imaging/operations/clone.h"
 #include "imaging/operations/flip_pixels.h"
 #include "imaging/operations/rotate_pixels.h"
 #include "imaging/operations/row_progress.h"
@@ -111,7 +111,8 @@ std::unique_ptr<CKIPImage> NewTurned(const CKIPImage& image, bool sideways) {
   return created ? std::move(turned) : nullptr;
 }
 
-std::unique_ptr<CKIPImage> Rotate(const CKIPImage* image, Angle angle, ProgressCallback progress) {
+std::unique_ptr<CKIPImage> Rotate(const CKIPImage* image, Angle angle,
+                                  ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   std::unique_ptr<CKIPImage> turned = NewTurned(*image, angle != Angle::k180);
   if (turned == nullptr) return nullptr;
@@ -119,6 +120,8 @@ std::unique_ptr<CKIPImage> Rotate(const CKIPImage* image, Angle angle, ProgressC
                         ? TurnBits(*image, *turned, angle, progress)
                         : Turn(GridOf(*image), GridOf(*turned), angle, progress);
   return done ? std::move(turned) : nullptr;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 bool CreateSideways(const CKIPDeepImage& image, CKIPDeepImage& turned) {
@@ -127,25 +130,26 @@ bool CreateSideways(const CKIPDeepImage& image, CKIPDeepImage& turned) {
                        image.GetXResolution(), image.GetYResolution());
 }
 
-bool CreateAlike(const CKIPDeepImage& image, CKIPDeepImage& turned) {
-  if (!turned.CopyFrom(&image, false)) return false;
-  const size_t padding = image.GetPadding() * sizeof(uint16_t);
-  for (uint32_t row = 0; padding != 0 && row < image.GetHeight(); ++row) {
-    std::memcpy(turned.GetPixelPtr(image.GetWidth(), row), image.GetPixelPtr(image.GetWidth(), row),
-                padding);
+// Of the same geometry, or lying on its side.
+std::unique_ptr<CKIPDeepImage> NewTurned(const CKIPDeepImage& image, bool sideways) {
+  if (!sideways) {
+    std::unique_ptr<CKIPDeepImage> turned = NewUnwrittenClone(image);
+    if (turned != nullptr) CopyPadding(image, *turned);
+    return turned;
   }
-  return true;
+  std::unique_ptr<CKIPDeepImage> turned(new (std::nothrow) CKIPDeepImage);
+  if (turned == nullptr || !CreateSideways(image, *turned)) return nullptr;
+  return turned;
 }
 
 std::unique_ptr<CKIPDeepImage> Rotate(const CKIPDeepImage* image, Angle angle,
-                                      ProgressCallback progress) {
+                                      ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
-  std::unique_ptr<CKIPDeepImage> turned(new (std::nothrow) CKIPDeepImage);
+  std::unique_ptr<CKIPDeepImage> turned = NewTurned(*image, angle != Angle::k180);
   if (turned == nullptr) return nullptr;
-  const bool created =
-      angle == Angle::k180 ? CreateAlike(*image, *turned) : CreateSideways(*image, *turned);
-  if (!created || !Turn(GridOf(*image), GridOf(*turned), angle, progress)) return nullptr;
-  return turned;
+  return Turn(GridOf(*image), GridOf(*turned), angle, progress) ? std::move(turned) : nullptr;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace

@@ -3,9 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <new>
-#include <utility>
 
 #include "imaging/image/deep_image.h"
 #include "imaging/image/image.h"
@@ -42,27 +39,6 @@ inline bool IsFilterable(const CKIPImage* image) {
 
 inline bool IsFilterable(const CKIPDeepImage* image) {
   return image != nullptr && image->IsValid();
-}
-
-// Clones whose pixels are yet to be written. Null without memory.
-inline std::unique_ptr<CKIPImage> NewUnwrittenClone(const CKIPImage& image) {
-  std::unique_ptr<CKIPImage> clone(new (std::nothrow) CKIPImage);
-  if (clone == nullptr) return nullptr;
-  // First, for white is looked up in it.
-  if (image.bitsPerPixel() != 24) clone->SetPalette(image.palette());
-  if (!clone->CreateUnfilled({image.name, image.width(), image.height(), image.xResolution(),
-                              image.yResolution(), image.bitsPerPixel()})) {
-    return nullptr;
-  }
-  clone->fileFormat = image.fileFormat;
-  clone->flipped = image.flipped;
-  return clone;
-}
-
-inline std::unique_ptr<CKIPDeepImage> NewUnwrittenClone(const CKIPDeepImage& image) {
-  std::unique_ptr<CKIPDeepImage> clone(new (std::nothrow) CKIPDeepImage);
-  if (clone == nullptr || !clone->CopyFrom(&image, false)) return nullptr;
-  return clone;
 }
 
 }  // namespace zyr

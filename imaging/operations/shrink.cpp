@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "imaging/image/grey.h"
+#include "imaging/operations/clone.h"
 #include "imaging/operations/row_progress.h"
 #include "imaging/operations/shrink_rows.h"
 
@@ -59,11 +60,11 @@ class ChannelRows {
     });
     channels_ = isGrey ? 1 : 3;
     isPlain_ = image.bitsPerPixel() == 8 && palette == NewIdentityPalette();
-    if (!isPlain_) row_.resize(size_t{image.width()} * channels_);
+    if (!isPlain_) row_ = NewVector<uint8_t>(values());
   }
 
   uint32_t channels() const { return channels_; }
-  size_t values() const { return size_t{image_.width()} * channels_; }
+  uint64_t values() const { return uint64_t{image_.width()} * channels_; }
 
   // Until the next call.
   const uint8_t* At(uint32_t memoryRow) {
@@ -118,11 +119,10 @@ void WriteRow(const std::vector<float>& sums, const std::vector<Area>& columns, 
 bool ShrinkInto(const CKIPImage& image, CKIPImage& small, ProgressCallback progress) {
   const RowProgress rows(progress, small.height());
   ChannelRows source(image);
-  std::vector<float> sums(source.values());
-  std::vector<Area> columns;
-  columns.reserve(small.width());
+  std::vector<float> sums = NewVector<float>(source.values());
+  std::vector<Area> columns = NewVector<Area>(small.width());
   for (uint32_t x = 0; x < small.width(); ++x) {
-    columns.push_back(AreaOf(x, small.width(), image.width()));
+    columns[x] = AreaOf(x, small.width(), image.width());
   }
   for (uint32_t row = 0; row < small.height(); ++row) {
     const uint32_t from = image.flipped ? small.height() - 1 - row : row;
@@ -136,7 +136,7 @@ bool ShrinkInto(const CKIPImage& image, CKIPImage& small, ProgressCallback progr
 }  // namespace
 
 std::unique_ptr<CKIPImage> ShrinkToLimit(const CKIPImage* image, uint32_t limit,
-                                         ProgressCallback progress) {
+                                         ProgressCallback progress) try {
   if (image == nullptr || !image->IsValid()) return nullptr;
   const double factor =
       limit == 0 ? 1.0
@@ -151,6 +151,8 @@ std::unique_ptr<CKIPImage> ShrinkToLimit(const CKIPImage* image, uint32_t limit,
   }
   if (!ShrinkInto(*image, *small, progress)) return nullptr;
   return small;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace zyr

@@ -215,7 +215,7 @@ TEST_P(PointOperationsTest, ColorsHaveTheirOwnGammasAndOneIsKept) {
   std::copy_n(kept, 3, image->MemoryRow(2) + 3 * 5);
   std::copy_n(kept, 2, image->MemoryRow(2) + 3 * 6);
   image->MemoryRow(2)[3 * 6 + 2] = 11;
-  const ColorRef keep = 10 | 20 << 8 | 30 << 16;
+  const ColorRef keep = 10 | 20 << 8 | 30 << 16 | 2 << 24;  // the fourth byte is none of the colour
   const auto gamma = AdjustGamma(image.get(), 2, 1.5, 0.5, keep, nullptr);
   const auto contrast = AdjustBrightnessContrast(image.get(), 10, 20, keep, nullptr);
   const double exponents[] = {1 / 0.5, 1 / 1.5, 1 / 2.0};
@@ -288,7 +288,8 @@ TEST_P(PointOperationsTest, InvertTakesThePaddingAtOneBitOnly) {
   }
 }
 
-// Nothing over nothing, and something over nothing, have no integer; the least one's low bits are 0.
+// Nothing over nothing, and something over nothing, have no integer; the least one's low bits are
+// 0.
 int Normalized(int v, int least, int greatest, double top) {
   if (least == greatest) return 0;
   return static_cast<int>(static_cast<double>(v - least) / (greatest - least) * top);

@@ -5,7 +5,7 @@
 #include "tools/images/picture_file.h"
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
+  if (argc != 2 || argv[1][0] == '-') {
     std::fputs("usage: contactsheet FILE.png\n", stderr);
     return 2;
   }
