@@ -18,8 +18,8 @@
 #include "imaging/formats/jpeg.h"
 #include "imaging/formats/tiff.h"
 #include "imaging/image/raw_pixels.h"
-#include "imaging/operations/flip.h"
-#include "imaging/operations/stretch.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/levels/stretch.h"
 #include "platform/files.h"
 #include "platform/host/files.h"
 

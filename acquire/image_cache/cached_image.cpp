@@ -7,7 +7,7 @@
 
 #include "foundation/support/files.h"
 #include "imaging/formats/jpeg.h"
-#include "imaging/operations/flip.h"
+#include "imaging/operations/geometry/flip.h"
 #include "platform/files.h"
 
 namespace zyr {
@@ -63,8 +63,8 @@ std::span<const uint8_t> CachedImage::PixelData() {
 
 bool CachedImage::HasPixels() const { return !pixels_.empty() || (stored_ && OwnsItsFile()); }
 
-// Another process may have returned this image and put a new one under its name: what belongs to one patient
-// must not be shown, overwritten or deleted as another's.
+// Another process may have returned this image and put a new one under its name: what belongs to
+// one patient must not be shown, overwritten or deleted as another's.
 bool CachedImage::OwnsItsFile() const {
   if (!ownsFile_) return false;
   BufferedFile file(kCacheFileBuffer);
@@ -134,8 +134,8 @@ bool CachedImage::StoreFile() {
   return false;
 }
 
-// Sees to it that neither another image's file nor a preview of other pixels stands under this image's name.
-// A preview whose image is gone belongs to nobody.
+// Sees to it that neither another image's file nor a preview of other pixels stands under this
+// image's name. A preview whose image is gone belongs to nobody.
 void CachedImage::ClaimName() {
   if (ownsFile_) {
     if (!stored_) platform::RemoveFile(PreviewFileName());
@@ -146,7 +146,8 @@ void CachedImage::ClaimName() {
     return FileExists(path) || (FileExists(previewName) && !platform::RemoveFile(previewName));
   };
   if (!isTaken(fileName, nullptr)) return;
-  fileName = UniqueFileName(DirectoryOf(fileName), kCacheFileBaseName, kCacheFileExtension, isTaken);
+  fileName =
+      UniqueFileName(DirectoryOf(fileName), kCacheFileBaseName, kCacheFileExtension, isTaken);
 }
 
 void CachedImage::RemoveFiles() {

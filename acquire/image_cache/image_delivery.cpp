@@ -12,8 +12,8 @@
 #include "imaging/formats/tiff.h"
 #include "imaging/image/raw_pixels.h"
 #include "imaging/image/resolution.h"
-#include "imaging/operations/flip.h"
-#include "imaging/operations/stretch.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/levels/stretch.h"
 #include "platform/progress_window.h"
 #include "settings/store.h"
 

@@ -3,12 +3,12 @@
 #include <opencv2/imgproc.hpp>
 
 #include "bench/operations/frames.h"
-#include "imaging/operations/brightness_contrast.h"
-#include "imaging/operations/gamma.h"
-#include "imaging/operations/histogram.h"
-#include "imaging/operations/mask.h"
-#include "imaging/operations/mask_filters.h"
-#include "imaging/operations/median.h"
+#include "imaging/operations/levels/brightness_contrast.h"
+#include "imaging/operations/levels/gamma.h"
+#include "imaging/operations/levels/histogram.h"
+#include "imaging/operations/masks/mask.h"
+#include "imaging/operations/masks/mask_filters.h"
+#include "imaging/operations/medians/median.h"
 
 namespace zyr::bench {
 namespace {

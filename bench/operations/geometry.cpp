@@ -1,9 +1,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include "bench/operations/frames.h"
-#include "imaging/operations/flip.h"
-#include "imaging/operations/rotate.h"
-#include "imaging/operations/shrink.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/geometry/rotate.h"
+#include "imaging/operations/geometry/shrink.h"
 
 namespace zyr::bench {
 namespace {

@@ -6,8 +6,8 @@
 
 #include "bench/operations/comparison.h"
 #include "imaging/image/grey.h"
-#include "imaging/operations/emboss.h"
-#include "imaging/operations/mask_filters.h"
+#include "imaging/operations/masks/emboss.h"
+#include "imaging/operations/masks/mask_filters.h"
 
 namespace zyr::bench {
 namespace {

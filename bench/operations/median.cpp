@@ -5,8 +5,8 @@
 
 #include "bench/operations/comparison.h"
 #include "bench/operations/frames.h"
-#include "imaging/operations/fast_noise.h"
-#include "imaging/operations/median.h"
+#include "imaging/operations/medians/fast_noise.h"
+#include "imaging/operations/medians/median.h"
 
 namespace zyr::bench {
 namespace {
@@ -31,16 +31,16 @@ void AddMedians(FrameSize size, std::vector<Comparison>* list) {
     const auto mask = std::make_shared<CKIPMask>();
     mask->MakeIdentity(window);
     const std::string name = "median " + std::to_string(window) + " x " + std::to_string(window);
-    list->push_back({name + ", 8 bit", [=] { MedianFilter(grey.get(), *mask, nullptr); },
-                     blur8(window)});
-    list->push_back({name + ", 24 bit", [=] { MedianFilter(color.get(), *mask, nullptr); },
-                     blur24(window)});
+    list->push_back(
+        {name + ", 8 bit", [=] { MedianFilter(grey.get(), *mask, nullptr); }, blur8(window)});
+    list->push_back(
+        {name + ", 24 bit", [=] { MedianFilter(color.get(), *mask, nullptr); }, blur24(window)});
     if (window > 5) continue;
     list->push_back({name + ", 16 bit", [=] { DeepMedianFilter(deep.get(), window, nullptr); },
                      blur16(window)});
   }
-  list->push_back({"fast noise reduction, 8 bit",
-                   [=] { FastNoiseReduction(grey.get(), nullptr); }, blur8(3)});
+  list->push_back(
+      {"fast noise reduction, 8 bit", [=] { FastNoiseReduction(grey.get(), nullptr); }, blur8(3)});
   list->push_back({"fast noise reduction, 24 bit",
                    [=] { FastNoiseReduction(color.get(), nullptr); }, blur24(3)});
   list->push_back({"fast noise reduction, 16 bit",

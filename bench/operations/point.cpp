@@ -6,10 +6,10 @@
 #include "bench/operations/comparison.h"
 #include "imaging/image/grey.h"
 #include "imaging/image/raw_pixels.h"
-#include "imaging/operations/brightness_contrast.h"
-#include "imaging/operations/gamma.h"
-#include "imaging/operations/histogram.h"
-#include "imaging/operations/invert.h"
+#include "imaging/operations/levels/brightness_contrast.h"
+#include "imaging/operations/levels/gamma.h"
+#include "imaging/operations/levels/histogram.h"
+#include "imaging/operations/levels/invert.h"
 
 namespace zyr::bench {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "imaging/image/grey.h"
 #include "imaging/image/image_error.h"
-#include "imaging/operations/depth_mapper.h"
+#include "imaging/operations/levels/depth_mapper.h"
 
 namespace zyr {
 namespace {

@@ -3,9 +3,9 @@
 #include <initializer_list>
 
 #include "foundation/support/cpu.h"
-#include "imaging/operations/flip.h"
-#include "imaging/operations/rotate.h"
-#include "imaging/operations/shrink.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/geometry/rotate.h"
+#include "imaging/operations/geometry/shrink.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {

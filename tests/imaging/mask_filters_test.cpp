@@ -3,8 +3,8 @@
 
 #include "foundation/math/portable_math.h"
 #include "foundation/support/cpu.h"
-#include "imaging/operations/emboss.h"
-#include "imaging/operations/mask_filters.h"
+#include "imaging/operations/masks/emboss.h"
+#include "imaging/operations/masks/mask_filters.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {

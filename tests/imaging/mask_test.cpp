@@ -1,4 +1,4 @@
-#include "imaging/operations/mask.h"
+#include "imaging/operations/masks/mask.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "foundation/support/cpu.h"
-#include "imaging/operations/fast_noise.h"
-#include "imaging/operations/median.h"
-#include "imaging/operations/rank_list.h"
+#include "imaging/operations/medians/fast_noise.h"
+#include "imaging/operations/medians/median.h"
+#include "imaging/operations/medians/rank_list.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {
@@ -92,15 +92,21 @@ Grid SlowNoiseReduction(Grid source) {
     for (int x = 1; x < source.width - 1; ++x) {
       for (int channel = 0; channel < source.channels; ++channel) {
         uint32_t a = UINT32_MAX, b = UINT32_MAX, c = UINT32_MAX;
-        for (const uint32_t v : {source.At(x, y - 1, channel), source.At(x - 1, y, channel),
-                                 source.At(x, y, channel), source.At(x + 1, y, channel),
-                                 source.At(x, y + 1, channel)}) {
-          if (a == UINT32_MAX) a = v;
-          else if (b == UINT32_MAX) b = v;
-          else if (c == UINT32_MAX) c = v;
-          else if (v < c) c = v;
-          else if (v < b) b = v;
-          else if (v < a) a = v;
+        for (const uint32_t v :
+             {source.At(x, y - 1, channel), source.At(x - 1, y, channel), source.At(x, y, channel),
+              source.At(x + 1, y, channel), source.At(x, y + 1, channel)}) {
+          if (a == UINT32_MAX)
+            a = v;
+          else if (b == UINT32_MAX)
+            b = v;
+          else if (c == UINT32_MAX)
+            c = v;
+          else if (v < c)
+            c = v;
+          else if (v < b)
+            b = v;
+          else if (v < a)
+            a = v;
           if (c < b) std::swap(b, c);
           if (b < a) std::swap(a, b);
         }
@@ -123,10 +129,14 @@ constexpr Kind kKinds[] = {Kind::kFlat, Kind::kTwoValues, Kind::kGradient, Kind:
 
 uint32_t SampleOf(Kind kind, uint32_t index, uint32_t mask) {
   switch (kind) {
-    case Kind::kFlat: return mask;
-    case Kind::kTwoValues: return Random(2) * mask;
-    case Kind::kGradient: return index * (mask / 64 + 1) & mask;
-    default: return Random(mask + 1);
+    case Kind::kFlat:
+      return mask;
+    case Kind::kTwoValues:
+      return Random(2) * mask;
+    case Kind::kGradient:
+      return index * (mask / 64 + 1) & mask;
+    default:
+      return Random(mask + 1);
   }
 }
 
@@ -154,12 +164,12 @@ struct Size {
 };
 
 // Below, at and beyond the vectors' lengths, tails included.
-constexpr Size kSizes[] = {{1, 1}, {1, 7}, {2, 2}, {3, 3}, {6, 1}, {5, 4},
+constexpr Size kSizes[] = {{1, 1},  {1, 7},  {2, 2},  {3, 3},  {6, 1},  {5, 4},
                            {16, 3}, {17, 9}, {34, 5}, {67, 6}, {131, 4}};
 
 TEST_F(MedianTest, WindowsOfEverySizeMatchTheSortedList) {
-  constexpr Size kWindows[] = {{1, 1}, {3, 3}, {5, 5}, {7, 7}, {3, 5}, {9, 1}, {1, 3},
-                                {127, 1}, {17, 9}};
+  constexpr Size kWindows[] = {{1, 1}, {3, 3}, {5, 5},   {7, 7}, {3, 5},
+                               {9, 1}, {1, 3}, {127, 1}, {17, 9}};
   OnBothProcessors([&] {
     for (const Size size : kSizes) {
       for (const Size window : kWindows) {
@@ -276,8 +286,8 @@ TEST_F(MedianTest, FastNoiseReductionTakesTheThirdOfFive) {
 TEST_F(MedianTest, ResultsAreClones) {
   const auto image = RandomGrey(6, 4);
   image->fileFormat = 5;
-  for (const auto& result : {MedianFilter(image.get(), CKIPMask(), nullptr),
-                             FastNoiseReduction(image.get(), nullptr)}) {
+  for (const auto& result :
+       {MedianFilter(image.get(), CKIPMask(), nullptr), FastNoiseReduction(image.get(), nullptr)}) {
     EXPECT_EQ(result->name, "scan");
     EXPECT_EQ(result->yResolution(), 150u);
     EXPECT_EQ(result->fileFormat, 5u);
@@ -285,8 +295,8 @@ TEST_F(MedianTest, ResultsAreClones) {
   }
   CKIPDeepImage deep;
   DeepImageOf(deep, Kind::kAny, 6, 4, 12);
-  for (const auto& result : {DeepMedianFilter(&deep, 3, nullptr),
-                             DeepFastNoiseReduction(&deep, nullptr)}) {
+  for (const auto& result :
+       {DeepMedianFilter(&deep, 3, nullptr), DeepFastNoiseReduction(&deep, nullptr)}) {
     EXPECT_EQ(result->GetBits(), 12u);
     EXPECT_EQ(result->GetStride(), 9u);
     EXPECT_EQ(result->GetYResolution(), 150u);
@@ -297,9 +307,9 @@ TEST_F(MedianTest, WhatCannotBeFilteredGivesNull) {
   const CKIPImage none;
   const auto colored = RandomImage(4, 4, 8, ColoredPalette(256));
   const auto lineArt = RandomImage(4, 4, 1, ColoredPalette(2));
-  for (const CKIPImage* image : {static_cast<const CKIPImage*>(nullptr), &none,
-                                 const_cast<const CKIPImage*>(colored.get()),
-                                 const_cast<const CKIPImage*>(lineArt.get())}) {
+  for (const CKIPImage* image :
+       {static_cast<const CKIPImage*>(nullptr), &none, const_cast<const CKIPImage*>(colored.get()),
+        const_cast<const CKIPImage*>(lineArt.get())}) {
     EXPECT_EQ(MedianFilter(image, CKIPMask(), nullptr), nullptr);
     EXPECT_EQ(FastNoiseReduction(image, nullptr), nullptr);
   }

@@ -4,17 +4,17 @@
 #include <limits>
 #include <new>
 
-#include "imaging/operations/brightness_contrast.h"
-#include "imaging/operations/emboss.h"
-#include "imaging/operations/fast_noise.h"
-#include "imaging/operations/flip.h"
-#include "imaging/operations/gamma.h"
-#include "imaging/operations/histogram.h"
-#include "imaging/operations/invert.h"
-#include "imaging/operations/mask_filters.h"
-#include "imaging/operations/median.h"
-#include "imaging/operations/rotate.h"
-#include "imaging/operations/shrink.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/geometry/rotate.h"
+#include "imaging/operations/geometry/shrink.h"
+#include "imaging/operations/levels/brightness_contrast.h"
+#include "imaging/operations/levels/gamma.h"
+#include "imaging/operations/levels/histogram.h"
+#include "imaging/operations/levels/invert.h"
+#include "imaging/operations/masks/emboss.h"
+#include "imaging/operations/masks/mask_filters.h"
+#include "imaging/operations/medians/fast_noise.h"
+#include "imaging/operations/medians/median.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "imaging/operations/flip.h"
+#include "imaging/operations/geometry/flip.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {

@@ -8,11 +8,11 @@
 
 #include "foundation/math/portable_math.h"
 #include "foundation/support/cpu.h"
-#include "imaging/operations/brightness_contrast.h"
-#include "imaging/operations/gamma.h"
-#include "imaging/operations/histogram.h"
-#include "imaging/operations/invert.h"
-#include "imaging/operations/stamp.h"
+#include "imaging/operations/levels/brightness_contrast.h"
+#include "imaging/operations/levels/gamma.h"
+#include "imaging/operations/levels/histogram.h"
+#include "imaging/operations/levels/invert.h"
+#include "imaging/operations/levels/stamp.h"
 #include "platform/host/escape_key.h"
 #include "tests/imaging/imaging_test.h"
 
@@ -36,9 +36,8 @@ class PointOperationsTest : public ImagingTest, public testing::WithParamInterfa
     ImagingTest::TearDown();
   }
 };
-INSTANTIATE_TEST_SUITE_P(, PointOperationsTest, testing::Bool(), [](const auto& tested) {
-  return tested.param ? "Plain" : "Avx2";
-});
+INSTANTIATE_TEST_SUITE_P(, PointOperationsTest, testing::Bool(),
+                         [](const auto& tested) { return tested.param ? "Plain" : "Avx2"; });
 
 enum class Content { kRandom, kFlat, kTwoLevels, kRamp, kBeyondMask };
 constexpr Content kContents[] = {Content::kRandom, Content::kFlat, Content::kTwoLevels,
@@ -52,11 +51,16 @@ struct DeepCase {
 uint32_t LevelAt(const DeepCase& deep, uint32_t index) {
   const uint32_t levels = 1u << deep.bits;
   switch (deep.content) {
-    case Content::kRandom: return Random(levels);
-    case Content::kFlat: return levels / 3;
-    case Content::kTwoLevels: return index % 2 * (levels - 1);
-    case Content::kRamp: return levels / 4 + index % (levels / 2);
-    case Content::kBeyondMask: return index == 3 ? 0xFFFF : levels - 1;
+    case Content::kRandom:
+      return Random(levels);
+    case Content::kFlat:
+      return levels / 3;
+    case Content::kTwoLevels:
+      return index % 2 * (levels - 1);
+    case Content::kRamp:
+      return levels / 4 + index % (levels / 2);
+    case Content::kBeyondMask:
+      return index == 3 ? 0xFFFF : levels - 1;
   }
   return 0;
 }
@@ -157,7 +161,7 @@ int WithGamma(int v, double exponent) {
 }
 
 TEST_P(PointOperationsTest, BrightnessAndContrastFollowTheirRule) {
-  constexpr int kPercents[][2] = {{0, 0},    {10, 0},   {0, 10},  {-7, 33},      {100, -100},
+  constexpr int kPercents[][2] = {{0, 0},    {10, 0},   {0, 10},  {-7, 33},       {100, -100},
                                   {3, -150}, {50, 100}, {13, 57}, {INT32_MIN, 1}, {1, INT32_MAX}};
   const auto greys = GreyImages();
   const auto colors = RandomImage(301, 3, 24);
@@ -178,8 +182,7 @@ TEST_P(PointOperationsTest, BrightnessAndContrastFollowTheirRule) {
       const double b = brightness * 0.01 * top;
       const double c = contrast * 0.01;
       const int middle = static_cast<int>(image->GetLevels() / 2);
-      ExpectDeep(*image,
-                 DeepAdjustBrightnessContrast(image.get(), brightness, contrast, nullptr),
+      ExpectDeep(*image, DeepAdjustBrightnessContrast(image.get(), brightness, contrast, nullptr),
                  [&](int v) { return std::clamp(v + (v - middle) * c + b, 0.0, top); });
     }
   }
@@ -394,9 +397,8 @@ TEST_P(PointOperationsTest, AutomaticContrastFollowsItsRule) {
     for (const DeepCase& deep : DeepCases()) {
       const auto image = NewDeep(deep);
       const auto range = Clipped(CountsOf(Levels(*image), image->GetLevels()), low, high);
-      ExpectDeep(*image, DeepAutoBrightnessContrast(image.get(), low, high, nullptr), [&](int v) {
-        return range.first < 0 ? v : Spread(v, range, image->GetMask());
-      });
+      ExpectDeep(*image, DeepAutoBrightnessContrast(image.get(), low, high, nullptr),
+                 [&](int v) { return range.first < 0 ? v : Spread(v, range, image->GetMask()); });
     }
   }
   const auto image = RandomGrey(30, 3);
@@ -407,8 +409,15 @@ TEST_P(PointOperationsTest, AutomaticContrastFollowsItsRule) {
 TEST_P(PointOperationsTest, StampsWhatLiesInside) {
   const auto stamp = RandomImage(11, 5, 1, ColoredPalette(2));
   const CKIPImage unusable;
-  for (const auto& [x, y] : {std::pair{0, 0}, {3, 2}, {-4, -1}, {15, 6}, {-11, 0}, {40, 40},
-                             {INT32_MIN, 0}, {0, INT32_MAX}, {INT32_MAX, INT32_MIN}}) {
+  for (const auto& [x, y] : {std::pair{0, 0},
+                             {3, 2},
+                             {-4, -1},
+                             {15, 6},
+                             {-11, 0},
+                             {40, 40},
+                             {INT32_MIN, 0},
+                             {0, INT32_MAX},
+                             {INT32_MAX, INT32_MIN}}) {
     const auto image = NewDeep({19, 8, 2, 12, Content::kBeyondMask});
     Samples expected = AllSamples(*image);
     int rows = 0;
@@ -439,14 +448,14 @@ constexpr GreyOperation kGreyOnly[] = {
     [](const CKIPImage* image, ProgressCallback p) {
       return AutoBrightnessContrast(image, 1, 1, nullptr, p);
     }};
-constexpr GreyOperation kAllDepths[] = {
-    Invert,
-    [](const CKIPImage* image, ProgressCallback p) {
-      return AdjustGamma(image, 2, 2, 2, kKeepNoColor, p);
-    },
-    [](const CKIPImage* image, ProgressCallback p) {
-      return AdjustBrightnessContrast(image, 9, 9, kKeepNoColor, p);
-    }};
+constexpr GreyOperation kAllDepths[] = {Invert,
+                                        [](const CKIPImage* image, ProgressCallback p) {
+                                          return AdjustGamma(image, 2, 2, 2, kKeepNoColor, p);
+                                        },
+                                        [](const CKIPImage* image, ProgressCallback p) {
+                                          return AdjustBrightnessContrast(image, 9, 9, kKeepNoColor,
+                                                                          p);
+                                        }};
 constexpr DeepOperation kDeep[] = {
     DeepNormalize,
     DeepEqualize,

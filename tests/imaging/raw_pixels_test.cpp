@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "foundation/math/portable_math.h"
-#include "imaging/operations/depth_mapper.h"
+#include "imaging/operations/levels/depth_mapper.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {

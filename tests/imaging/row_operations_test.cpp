@@ -1,5 +1,5 @@
-#include "imaging/operations/flip.h"
-#include "imaging/operations/stretch.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/levels/stretch.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {

@@ -1,7 +1,0 @@
-#include "imaging/operations/emboss_kernels.h"
-
-namespace zyr {
-
-const EmbossLoop kEmbossLoopBase = EmbossRow;
-
-}  // namespace zyr

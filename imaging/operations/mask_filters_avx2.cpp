@@ -1,7 +1,0 @@
-#include "imaging/operations/mask_filters_kernels.h"
-
-namespace zyr {
-
-const MaskLoops kMaskLoopsAvx2 = kLoops;
-
-}  // namespace zyr

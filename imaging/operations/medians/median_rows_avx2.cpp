@@ -1,0 +1,11 @@
+#include <immintrin.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "imaging/operations/medians/median_rows.h"
+
+namespace zyr::median_avx2 {
+#include "imaging/operations/medians/median_rows_kernels.h"
+}  // namespace zyr::median_avx2

@@ -1,6 +1,0 @@
-#include <cstddef>
-#include <cstdint>
-
-namespace zyr::shrink_avx2 {
-#include "imaging/operations/shrink_rows_kernels.h"
-}  // namespace zyr::shrink_avx2
