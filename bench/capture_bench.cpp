@@ -1,5 +1,5 @@
-// A whole capture beside the mere moving of its bytes: what the sensor's classes cost by themselves,
-// with a driver that takes no time and a clock on which nothing is waited for.
+// A whole capture beside the mere moving of its bytes: what the sensor's classes cost by
+// themselves, with a driver that takes no time and a clock on which nothing is waited for.
 #include <benchmark/benchmark.h>
 
 #include <array>

@@ -1,5 +1,5 @@
-// Opening of cached images, and their delivery beside memcpy of the same bytes. Put TMPDIR on a file system in memory
-// to measure the code and not the disk.
+// Opening of cached images, and their delivery beside memcpy of the same bytes. Put TMPDIR on a
+// file system in memory to measure the code and not the disk.
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -45,8 +45,7 @@ ImageDescription Description(uint32_t captureTime) {
 // Of full length, but with nothing on disk where the pixels are.
 void PutSparseImage(uint32_t index) {
   const ImageDescription image = Description(index);
-  const std::string path =
-      GetScanToPath() + "\\CACHEDRAW_" + std::to_string(index) + ".RAW";
+  const std::string path = GetScanToPath() + "\\CACHEDRAW_" + std::to_string(index) + ".RAW";
   WriteCacheFile(path, image, {}, RowOrder::kAsStored);
   const auto native = host::NativeOf(path);
   std::filesystem::resize_file(native, std::filesystem::file_size(native) + image.PixelDataSize());
@@ -137,9 +136,8 @@ void Strips(benchmark::State& state, TransferTerms terms, bool stretch) {
   CachedImage& image = Image();
   SetHistStretch(stretch);
   std::vector<uint8_t> buffer(static_cast<size_t>(state.range(0)));
-  MemoryStrip strip{.isPointer = true,
-                    .length = static_cast<uint32_t>(buffer.size()),
-                    .memory = buffer.data()};
+  MemoryStrip strip{
+      .isPointer = true, .length = static_cast<uint32_t>(buffer.size()), .memory = buffer.data()};
   const uint32_t xOffset = 0;
   for (auto _ : state) {
     uint32_t yOffset = 0;

@@ -1,12 +1,13 @@
-// Common controls in their current look, whatever the program that loaded this module has chosen for itself.
+// Common controls in their current look, whatever the program that loaded this module has chosen
+// for itself.
 #pragma once
 
 #include <windows.h>
 
 namespace zyr {
 
-// Windows that are made while this object lives get the common controls of the module's own manifest. To be
-// destroyed in reverse order of construction, on the same thread.
+// Windows that are made while this object lives get the common controls of the module's own
+// manifest. To be destroyed in reverse order of construction, on the same thread.
 class ActivationContext {
  public:
   ActivationContext();

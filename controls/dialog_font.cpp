@@ -20,9 +20,11 @@ constexpr WORD kOrdinal = 0xFFFF;     // a number stands in place of a text
 
 std::vector<uint8_t> LoadTemplate(WORD id) {
   const auto module = static_cast<HMODULE>(platform::OwnResources());
-  const HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(5));  // RT_DIALOG
+  const HRSRC found =
+      FindResourceW(module, MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(5));  // RT_DIALOG
   const HGLOBAL loaded = found != nullptr ? LoadResource(module, found) : nullptr;
-  const auto* bytes = loaded != nullptr ? static_cast<const uint8_t*>(LockResource(loaded)) : nullptr;
+  const auto* bytes =
+      loaded != nullptr ? static_cast<const uint8_t*>(LockResource(loaded)) : nullptr;
   if (bytes == nullptr) return {};
   return {bytes, bytes + SizeofResource(module, found)};
 }

@@ -32,8 +32,9 @@ int ScreenDpi();
 // So many pixels of a screen at its plain scale.
 int Scaled(int pixels);
 
-// This module's extended dialog template `id` with the message font in place of its own, so that its dialog
-// units follow that font. For CreateDialogIndirectParam. Empty if there is no such template.
+// This module's extended dialog template `id` with the message font in place of its own, so that
+// its dialog units follow that font. For CreateDialogIndirectParam. Empty if there is no such
+// template.
 std::vector<uint8_t> TemplateWithMessageFont(WORD id);
 // The size of such a template in dialog units; the window may come out smaller on a small screen.
 SIZE TemplateSize(const std::vector<uint8_t>& dialogTemplate);

@@ -29,8 +29,10 @@ struct Design {
 
 constexpr Stroke kLetterI[] = {{{0, -0.42}, {0, -0.42}, 0.12}, {{0, -0.06}, {0, 0.44}, 0.095}};
 constexpr Stroke kCross[] = {{{-0.3, -0.3}, {0.3, 0.3}, 0.095}, {{-0.3, 0.3}, {0.3, -0.3}, 0.095}};
-constexpr Stroke kChevron[] = {{{-0.13, -0.36}, {0.21, 0}, 0.095}, {{0.21, 0}, {-0.13, 0.36}, 0.095}};
-constexpr Stroke kTick[] = {{{-0.4, 0.02}, {-0.12, 0.3}, 0.095}, {{-0.12, 0.3}, {0.4, -0.26}, 0.095}};
+constexpr Stroke kChevron[] = {{{-0.13, -0.36}, {0.21, 0}, 0.095},
+                               {{0.21, 0}, {-0.13, 0.36}, 0.095}};
+constexpr Stroke kTick[] = {{{-0.4, 0.02}, {-0.12, 0.3}, 0.095},
+                            {{-0.12, 0.3}, {0.4, -0.26}, 0.095}};
 
 Design DesignOf(StatusIcon icon) {
   switch (icon) {
@@ -51,8 +53,7 @@ double DistanceTo(const Stroke& stroke, Point p) {
   const Point offset = {p.x - stroke.from.x, p.y - stroke.from.y};
   const double length2 = along.x * along.x + along.y * along.y;
   const double t =
-      length2 == 0 ? 0
-                   : std::clamp((offset.x * along.x + offset.y * along.y) / length2, 0.0, 1.0);
+      length2 == 0 ? 0 : std::clamp((offset.x * along.x + offset.y * along.y) / length2, 0.0, 1.0);
   return std::hypot(offset.x - t * along.x, offset.y - t * along.y);
 }
 
@@ -62,8 +63,7 @@ double Coverage(double distance) { return std::clamp(0.5 - distance, 0.0, 1.0); 
 double SignCoverage(std::span<const Stroke> sign, Point p, double radius) {
   double coverage = 0;
   for (const Stroke& stroke : sign) {
-    coverage =
-        std::max(coverage, Coverage((DistanceTo(stroke, p) - stroke.halfWidth) * radius));
+    coverage = std::max(coverage, Coverage((DistanceTo(stroke, p) - stroke.halfWidth) * radius));
   }
   return coverage;
 }

@@ -106,8 +106,13 @@ void StatusList::Relayout() {
     contentHeight_ = Measure(dc, fullWidth - GetSystemMetrics(SM_CXVSCROLL));
   }
   ReleaseDC(window_, dc);
-  SCROLLINFO info = {sizeof info, SIF_RANGE | SIF_PAGE, 0, std::max(contentHeight_ - 1, 0),
-                     static_cast<UINT>(ViewHeight()), 0, 0};
+  SCROLLINFO info = {sizeof info,
+                     SIF_RANGE | SIF_PAGE,
+                     0,
+                     std::max(contentHeight_ - 1, 0),
+                     static_cast<UINT>(ViewHeight()),
+                     0,
+                     0};
   SetScrollInfo(window_, SB_VERT, &info, TRUE);
   layingOut_ = false;
   ScrollTo(followsEnd_ ? LastOffset() : offset_);
@@ -120,8 +125,9 @@ int StatusList::Measure(HDC dc, int width) {
   for (Line& line : lines_) {
     line.titleHeight = TextHeight(dc, boldFont_.handle(), line.title, textWidth);
     line.textHeight = TextHeight(dc, font_.handle(), line.text, textWidth);
-    line.height = std::max(metrics_.iconSize, line.titleHeight + metrics_.titleGap + line.textHeight) +
-                  2 * metrics_.margin;
+    line.height =
+        std::max(metrics_.iconSize, line.titleHeight + metrics_.titleGap + line.textHeight) +
+        2 * metrics_.margin;
     height += line.height;
   }
   return height;
@@ -237,8 +243,7 @@ void StatusList::PaintLines(HDC dc, const RECT& area) const {
 void StatusList::PaintLine(HDC dc, const Line& line, int top, int width) const {
   DrawStatusIcon(dc, metrics_.margin, top + metrics_.margin, metrics_.iconSize, line.icon,
                  Background());
-  RECT area = {TextLeft(), top + metrics_.margin, width - metrics_.margin,
-               top + line.height};
+  RECT area = {TextLeft(), top + metrics_.margin, width - metrics_.margin, top + line.height};
   SetTextColor(dc, TitleColor());
   DrawTextIn(dc, boldFont_.handle(), line.title, &area, 0);
   area.top += line.titleHeight + metrics_.titleGap;

@@ -14,10 +14,10 @@
 
 namespace zyr {
 
-// A control of a dialog template: its window class is there while an object lives. The arrow, page, Home and
-// End keys scroll it. The last line is scrolled into view whenever it changes. All lines together are the
-// window's text, for programs that read it out. Once the window is gone, operations do nothing. User-interface
-// thread only.
+// A control of a dialog template: its window class is there while an object lives. The arrow, page,
+// Home and End keys scroll it. The last line is scrolled into view whenever it changes. All lines
+// together are the window's text, for programs that read it out. Once the window is gone,
+// operations do nothing. User-interface thread only.
 class StatusList {
  public:
   StatusList();
@@ -75,7 +75,7 @@ class StatusList {
   HWND window_ = nullptr;
   std::vector<Line> lines_;
   int contentHeight_ = 0;
-  int offset_ = 0;         // pixels of the content above the view
+  int offset_ = 0;          // pixels of the content above the view
   bool followsEnd_ = true;  // until the user scrolls away from it
   int wheelRest_ = 0;
   bool layingOut_ = false;

@@ -5,8 +5,8 @@
 
 namespace zyr {
 
-// Registered while the object lives: Windows keeps a DLL's classes after the DLL is gone, with window
-// procedures that are no more. Windows of the class must be gone first.
+// Registered while the object lives: Windows keeps a DLL's classes after the DLL is gone, with
+// window procedures that are no more. Windows of the class must be gone first.
 class WindowClass {
  public:
   WindowClass(const char* name, WNDPROC procedure);

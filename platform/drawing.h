@@ -14,8 +14,8 @@ struct DrawRect {
   int height = 0;
 };
 
-// A bottom-up bitmap of 1, 8 or 24 bits with rows padded to 4 bytes. `palette` has `colorCount` entries
-// of blue, green, red, 0. All borrowed for the call.
+// A bottom-up bitmap of 1, 8 or 24 bits with rows padded to 4 bytes. `palette` has `colorCount`
+// entries of blue, green, red, 0. All borrowed for the call.
 struct DibView {
   uint32_t width = 0;
   uint32_t height = 0;

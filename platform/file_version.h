@@ -8,8 +8,8 @@
 
 namespace zyr::platform {
 
-// Language and code page of the first \VarFileInfo\Translation entry as the eight hexadecimal digits
-// that name a string block ("040904b0"); null if the file has none.
+// Language and code page of the first \VarFileInfo\Translation entry as the eight hexadecimal
+// digits that name a string block ("040904b0"); null if the file has none.
 std::optional<std::string> VersionTranslation(const std::string& path);
 
 // The text \StringFileInfo\<block>\<name>; null if the file has none.

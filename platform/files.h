@@ -1,5 +1,5 @@
-// Files and folders by 8-bit path in the system's code page, with '\' between the parts, as the core
-// forms them. Both '\' and '/' separate; names compare without regard to case.
+// Files and folders by 8-bit path in the system's code page, with '\' between the parts, as the
+// core forms them. Both '\' and '/' separate; names compare without regard to case.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,8 @@ enum class OpenMode {
   kCreateNew,      // fails if the file exists
 };
 
-// Bytes as they are; no line end is translated here. A negative handle is no file. One thread a handle.
+// Bytes as they are; no line end is translated here. A negative handle is no file. One thread a
+// handle.
 int OpenFile(const std::string& path, OpenMode mode);
 void CloseFile(int handle);
 // Bytes read: fewer than `count` only at the end of the file; -1 on error.
@@ -41,16 +42,16 @@ struct FileStatus {
 // Null if nothing of that name exists.
 std::optional<FileStatus> StatusOf(const std::string& path);
 
-// Names (without folder) of the files in `directory` that match a pattern of '*' and '?', in the order
-// in which the file system lists them.
+// Names (without folder) of the files in `directory` that match a pattern of '*' and '?', in the
+// order in which the file system lists them.
 std::vector<std::string> ListFiles(const std::string& directory, const std::string& pattern);
 
 // One level; true if the directory exists afterwards.
 bool MakeDirectory(const std::string& path);
 bool RemoveFile(const std::string& path);
 
-// Renames in one step, so that at every instant either the old `to` or the new one stands there whole.
-// Without `replace` it fails if `to` exists.
+// Renames in one step, so that at every instant either the old `to` or the new one stands there
+// whole. Without `replace` it fails if `to` exists.
 bool MoveFileTo(const std::string& from, const std::string& to, bool replace);
 
 // Bytes that this user may still write on the drive of `path`; null if that cannot be found out.

@@ -10,7 +10,8 @@ using GlobalHandle = void*;
 // A movable block of exactly `bytes` bytes, null if there is no memory. Not zeroed unless asked.
 GlobalHandle AllocateMovable(size_t bytes, bool zeroed);
 
-// The block's address, valid until the matching UnlockBlock. Null for a null, freed or foreign handle.
+// The block's address, valid until the matching UnlockBlock. Null for a null, freed or foreign
+// handle.
 void* LockBlock(GlobalHandle handle);
 void UnlockBlock(GlobalHandle handle);
 

@@ -1,5 +1,5 @@
-// Windows of the user interface, addressed by handle. All calls on the thread that owns the windows,
-// except PostToWindow and SendToWindow, which any thread may call.
+// Windows of the user interface, addressed by handle. All calls on the thread that owns the
+// windows, except PostToWindow and SendToWindow, which any thread may call.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ bool PostToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lP
 // Runs the window's handler and returns its result; 0 if the window is gone.
 intptr_t SendToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lParam);
 
-// Offers the application's window message (a MSG record) to a modeless dialog: true if the message was
-// for the dialog and has been dealt with. False for a null or destroyed window.
+// Offers the application's window message (a MSG record) to a modeless dialog: true if the message
+// was for the dialog and has been dealt with. False for a null or destroyed window.
 bool OfferToDialog(Window dialog, void* event);
 
 }  // namespace zyr::platform

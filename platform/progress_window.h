@@ -6,8 +6,9 @@
 
 namespace zyr::platform {
 
-// Stands from construction to destruction; becomes visible when the operation lasts long enough to be
-// noticed. Handles no window messages, so the caller is not re-entered. User-interface thread only.
+// Stands from construction to destruction; becomes visible when the operation lasts long enough to
+// be noticed. Handles no window messages, so the caller is not re-entered. User-interface thread
+// only.
 class ProgressWindow {
  public:
   explicit ProgressWindow(const std::string& text);

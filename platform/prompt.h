@@ -1,5 +1,5 @@
-// Modal questions and notices. The call blocks its thread, and window messages are handled meanwhile:
-// the caller's state must be consistent before it asks.
+// Modal questions and notices. The call blocks its thread, and window messages are handled
+// meanwhile: the caller's state must be consistent before it asks.
 #pragma once
 
 #include <string>

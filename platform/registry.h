@@ -24,8 +24,8 @@ enum class ValueType : uint32_t {
   kMultiString = 7,
 };
 
-// A value as stored. `data` holds exactly the stored bytes: a string may lack its terminating zero, a
-// number may have any length. The reader judges both.
+// A value as stored. `data` holds exactly the stored bytes: a string may lack its terminating zero,
+// a number may have any length. The reader judges both.
 struct RegistryValue {
   ValueType type = ValueType::kNone;
   std::vector<uint8_t> data;

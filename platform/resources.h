@@ -9,7 +9,8 @@ namespace zyr::platform {
 
 using ResourceModule = void*;
 
-// The module whose resources are looked up, process-wide within this module: the host program at first.
+// The module whose resources are looked up, process-wide within this module: the host program at
+// first.
 ResourceModule CurrentResources();
 ResourceModule OwnResources();
 void SetCurrentResources(ResourceModule module);
@@ -28,8 +29,8 @@ class OwnResourcesScope {
   ResourceModule previous_;
 };
 
-// A bitmap resource as stored: header, colour table, pixels, without the file header. Lives as long as
-// the module. Empty if missing; `error` then holds the system's error number.
+// A bitmap resource as stored: header, colour table, pixels, without the file header. Lives as long
+// as the module. Empty if missing; `error` then holds the system's error number.
 std::span<const uint8_t> BitmapResource(const std::string& name, uint32_t* error);
 std::span<const uint8_t> BitmapResource(uint16_t id, uint32_t* error);
 

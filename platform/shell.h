@@ -5,7 +5,8 @@
 
 namespace zyr::platform {
 
-// Opens the file with its program; the answer is above 32 on success, otherwise the shell's error number.
+// Opens the file with its program; the answer is above 32 on success, otherwise the shell's error
+// number.
 int OpenWithShell(const std::string& path);
 
 }  // namespace zyr::platform

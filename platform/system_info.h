@@ -10,8 +10,8 @@ namespace zyr::platform {
 std::optional<std::string> ComputerName();
 std::optional<std::string> UserName();
 
-// The machine's first address in dotted form. kNoHost: the name service does not know the machine, or
-// was never started in this process; kNoAddress: it knows the machine but no address.
+// The machine's first address in dotted form. kNoHost: the name service does not know the machine,
+// or was never started in this process; kNoAddress: it knows the machine but no address.
 enum class AddressLookup { kFound, kNoHost, kNoAddress };
 AddressLookup FirstIpAddress(std::string* address);
 

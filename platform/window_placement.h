@@ -9,8 +9,9 @@
 
 namespace zyr::platform {
 
-// The 44 bytes of the system's placement record, little-endian: length, flags, show command, minimised
-// position (x, y), maximised position (x, y), normal rectangle (left, top, right, bottom), 32 bits each.
+// The 44 bytes of the system's placement record, little-endian: length, flags, show command,
+// minimised position (x, y), maximised position (x, y), normal rectangle (left, top, right,
+// bottom), 32 bits each.
 using PlacementBytes = std::array<uint8_t, 44>;
 
 bool IsMinimised(Window window);

@@ -1,5 +1,5 @@
-// CaptureDialog: the window of an acquisition, in which the user takes images and returns them to the
-// application. This is what it does; what it shows is in its view.
+// CaptureDialog: the window of an acquisition, in which the user takes images and returns them to
+// the application. This is what it does; what it shows is in its view.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@
 
 namespace zyr {
 
-// Held by shared pointer: an event keeps the object alive until it is handled, even if the owner lets go of
-// it meanwhile. User-interface thread only.
+// Held by shared pointer: an event keeps the object alive until it is handled, even if the owner
+// lets go of it meanwhile. User-interface thread only.
 class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
  public:
   // Private messages of the window.
@@ -22,8 +22,8 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   CaptureDialog(CaptureDialogOwner& owner, ImageCache& images, CaptureDialogViewFactory makeView);
   ~CaptureDialog();  // destroys the window
 
-  // Makes and shows the window and decides how to go on. False if the window cannot be made. True with a
-  // window already closed if required files are missing.
+  // Makes and shows the window and decides how to go on. False if the window cannot be made. True
+  // with a window already closed if required files are missing.
   bool Create(platform::Window parent);
   platform::Window window() const;
 

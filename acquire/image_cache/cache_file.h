@@ -44,15 +44,16 @@ struct ImageDescription {
   size_t PixelDataSize() const { return RowBytes() * height; }
 };
 
-// False for a size of zero, a depth outside 1 to 16, and for more bytes than any sensor's image has.
+// False for a size of zero, a depth outside 1 to 16, and for more bytes than any sensor's image
+// has.
 bool IsStorable(const ImageDescription& description);
 
-// Opens the file and reads the description; the file then stands at its pixels, which are all there. Null if
-// it is no whole cache file.
+// Opens the file and reads the description; the file then stands at its pixels, which are all
+// there. Null if it is no whole cache file.
 std::optional<ImageDescription> OpenCacheFile(BufferedFile& file, const std::string& path);
 
-// Writes a file of that name, with the rows as they are or turned over. True once it would survive a power
-// loss. Otherwise what was written is removed.
+// Writes a file of that name, with the rows as they are or turned over. True once it would survive
+// a power loss. Otherwise what was written is removed.
 bool WriteCacheFile(const std::string& path, const ImageDescription& description,
                     std::span<const uint8_t> pixels, RowOrder order);
 

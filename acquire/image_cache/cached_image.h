@@ -23,11 +23,11 @@ struct TransferTerms {
   uint16_t imageFileFormat = 2;  // 0 TIFF, 2 BMP, others JPEG
 };
 
-// One strip of a memory transfer. The first three fields are the caller's, the others are filled in, also
-// when the buffer turns out too small.
+// One strip of a memory transfer. The first three fields are the caller's, the others are filled
+// in, also when the buffer turns out too small.
 struct MemoryStrip {
-  bool isPointer = false;    // otherwise `memory` is a handle of movable memory
-  uint32_t length = 0;       // bytes
+  bool isPointer = false;  // otherwise `memory` is a handle of movable memory
+  uint32_t length = 0;     // bytes
   void* memory = nullptr;
   uint16_t compression = 0;  // always none
   uint32_t bytesPerRow = 0;
@@ -38,10 +38,10 @@ struct MemoryStrip {
   uint32_t bytesWritten = 0;
 };
 
-// The pixels are a block of width x height pixels without row padding, 1 byte a pixel at 8 bits, otherwise
-// 2, little-endian. A new image's rows run bottom-up, as they always do in its cache file; when it is prepared
-// for return they are turned over, once. Pixels that stand on disk are read when they are asked for and can be
-// dropped again. Application's thread only.
+// The pixels are a block of width x height pixels without row padding, 1 byte a pixel at 8 bits,
+// otherwise 2, little-endian. A new image's rows run bottom-up, as they always do in its cache
+// file; when it is prepared for return they are turned over, once. Pixels that stand on disk are
+// read when they are asked for and can be dropped again. Application's thread only.
 class CachedImage : public ImageDescription {
  public:
   CachedImage() = default;
@@ -53,19 +53,20 @@ class CachedImage : public ImageDescription {
   std::unique_ptr<CKIPImage> image8;   // null until prepared
   std::unique_ptr<CKIPImage> preview;  // upright; null until made
 
-  // Reads the description and makes sure that all the pixels are there, without reading them. False if the
-  // file is no whole cache file; the image is then left as it was.
+  // Reads the description and makes sure that all the pixels are there, without reading them. False
+  // if the file is no whole cache file; the image is then left as it was.
   bool Load(const std::string& path);
-  // Writes the cache file, so that at every instant either the old one or the new one stands there whole,
-  // and the preview file if there is none. True if all the pixels are on disk. An image whose name somebody
-  // else has taken meanwhile gets another one. What stood on disk before a failure is still there after it.
+  // Writes the cache file, so that at every instant either the old one or the new one stands there
+  // whole, and the preview file if there is none. True if all the pixels are on disk. An image
+  // whose name somebody else has taken meanwhile gets another one. What stood on disk before a
+  // failure is still there after it.
   bool Save();
   // Deletes the cache file and the preview file, if they are this image's.
   void RemoveFiles();
   std::string PreviewFileName() const;
 
-  // Empty if the pixels are neither in memory nor readable from disk, where another image may stand by now.
-  // Valid until the pixels are replaced, turned over or dropped.
+  // Empty if the pixels are neither in memory nor readable from disk, where another image may stand
+  // by now. Valid until the pixels are replaced, turned over or dropped.
   std::span<const uint8_t> PixelData();
   // False once neither the memory nor the disk holds anything of the pixels.
   bool HasPixels() const;
@@ -87,9 +88,9 @@ class CachedImage : public ImageDescription {
   platform::GlobalHandle MakeNativeHandle(const TransferTerms& terms);
   // Writes the 8-bit form, upright.
   bool SaveToFile(const std::string& path, const TransferTerms& terms);
-  // Copies as many rows from *yOffset on as fit, and advances *yOffset. Sets *done with the last row if
-  // there is room to spare behind it; otherwise the next call sets it and copies nothing. Fails without
-  // writing anything if the memory is not what it is said to be.
+  // Copies as many rows from *yOffset on as fit, and advances *yOffset. Sets *done with the last
+  // row if there is room to spare behind it; otherwise the next call sets it and copies nothing.
+  // Fails without writing anything if the memory is not what it is said to be.
   bool CopyToMemoryBuffer(MemoryStrip* strip, const uint32_t* xOffset, uint32_t* yOffset,
                           bool* done, const TransferTerms& terms);
 

@@ -1,5 +1,5 @@
-// The process-wide list of captured images. Each lives in a file too, so that what was captured and not
-// returned is found again at the next start.
+// The process-wide list of captured images. Each lives in a file too, so that what was captured and
+// not returned is found again at the next start.
 #pragma once
 
 #include <cstddef>
@@ -17,14 +17,14 @@ namespace zyr {
 // Owns its images, in order of capture. Application's thread only.
 class ImageCache {
  public:
-  // Takes over the packed bitmap `imageHandle` and frees it. Null for a null or unusable handle. The new
-  // image is in memory only, until it is saved. May show a warning about drive space; null as well if the
-  // user deletes the image while the warning stands.
+  // Takes over the packed bitmap `imageHandle` and frees it. Null for a null or unusable handle.
+  // The new image is in memory only, until it is saved. May show a warning about drive space; null
+  // as well if the user deletes the image while the warning stands.
   CachedImage* AddFromHandle(const std::string& sensorName, platform::GlobalHandle imageHandle,
                              uint32_t captureTime, uint32_t frameNumber,
                              const std::string& sensorId);
-  // Adds what the folder holds and the list does not, and forgets images whose files are gone. Files that are
-  // no cache files stay where they are.
+  // Adds what the folder holds and the list does not, and forgets images whose files are gone.
+  // Files that are no cache files stay where they are.
   void LoadAll();
 
   // The first selected image, the first of all if none is selected, null if there is none.

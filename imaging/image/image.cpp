@@ -75,7 +75,7 @@ bool CKIPImage::Copy(const CKIPImage& source) {
   return true;
 }
 
-std::unique_ptr<CKIPImage> CKIPImage::Clone(bool copyPixels) const {
+std::unique_ptr<CKIPImage> CKIPImage::Clone(bool copyPixels) const try {
   std::unique_ptr<CKIPImage> clone(new (std::nothrow) CKIPImage);
   if (clone == nullptr || !IsValid()) return nullptr;
   // Before the pixels, so that white is found in it.
@@ -85,6 +85,8 @@ std::unique_ptr<CKIPImage> CKIPImage::Clone(bool copyPixels) const {
   clone->fileFormat = fileFormat;
   clone->flipped = flipped;
   return clone;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 void CKIPImage::TakeOver(CKIPImage* source, bool deleteSource) {

@@ -30,8 +30,9 @@ void ClearEscapeKey() { GetAsyncKeyState(VK_ESCAPE); }
 
 bool EscapeKeyWasPressed() { return (GetAsyncKeyState(VK_ESCAPE) & 1) != 0; }
 
-// Operations ask once for every row of an image, and each look into the queue is a call of the system
-// (under Wine of another process): one in so many milliseconds is as good for the user's finger.
+// Operations ask once for every row of an image, and each look into the queue is a call of the
+// system (under Wine of another process): one in so many milliseconds is as good for the user's
+// finger.
 bool TakeEscapeMessage() {
   constexpr ULONGLONG kLookEvery = 10;
   static std::atomic<ULONGLONG> nextLook = 0;
@@ -41,8 +42,8 @@ bool TakeEscapeMessage() {
   bool escape = false;
   std::vector<MSG> others;
   // Drained first and put back at the end, so that nothing is met twice. PeekMessage hands out
-  // WM_QUIT whatever range is asked for. Sent messages are left out: their handlers could come back into an
-  // operation that is under way.
+  // WM_QUIT whatever range is asked for. Sent messages are left out: their handlers could come back
+  // into an operation that is under way.
   constexpr UINT kWhat = PM_REMOVE | PM_QS_INPUT | PM_QS_POSTMESSAGE;
   MSG message;
   while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, kWhat)) {

@@ -38,7 +38,8 @@ TEST_F(CachedImageTest, TurnsTheRowsOverOnceAndNeverOnDisk) {
   const auto image = NewImage(3, 4, 12);
   const std::vector<uint8_t> pixels = PixelsOf(*image);
   std::vector<uint8_t> turned;
-  for (size_t row = 4; row-- > 0;) turned.insert(turned.end(), &pixels[row * 6], &pixels[row * 6] + 6);
+  for (size_t row = 4; row-- > 0;)
+    turned.insert(turned.end(), &pixels[row * 6], &pixels[row * 6] + 6);
 
   image->TurnTopDown();
   EXPECT_EQ(CopyOf(image->PixelData()), turned);
@@ -50,7 +51,8 @@ TEST_F(CachedImageTest, TurnsTheRowsOverOnceAndNeverOnDisk) {
   const uint64_t readBefore = host::CountsOfFiles().bytesRead;
   loaded.TurnTopDown();
   loaded.TurnTopDown();
-  EXPECT_EQ(host::CountsOfFiles().bytesRead, readBefore) << "pixels on disk turn when they are read";
+  EXPECT_EQ(host::CountsOfFiles().bytesRead, readBefore)
+      << "pixels on disk turn when they are read";
   EXPECT_EQ(CopyOf(loaded.PixelData()), turned);
   loaded.TurnTopDown();
   EXPECT_EQ(CopyOf(loaded.PixelData()), turned);
@@ -78,10 +80,10 @@ TEST_F(CachedImageTest, RefusesAFileTornAtAnyLength) {
 }
 
 TEST_F(CachedImageTest, RefusesAbsurdHeadersWithoutReadingOrAllocating) {
-  const std::pair<size_t, uint32_t> cases[] = {
-      {4, 0},           {4, 17},          {4, 0xFFFFFFFF},  {8, 0},
-      {12, 0},          {8, 0xFFFFFFFF},  {12, 0xFFFFFFFF}, {8, 0x80000000},
-      {12, 0x40000000}, {32, 0xFFFFFFFF}, {32, 0x7FFFFFFF}, {32, 70'000}};
+  const std::pair<size_t, uint32_t> cases[] = {{4, 0},           {4, 17},          {4, 0xFFFFFFFF},
+                                               {8, 0},           {12, 0},          {8, 0xFFFFFFFF},
+                                               {12, 0xFFFFFFFF}, {8, 0x80000000},  {12, 0x40000000},
+                                               {32, 0xFFFFFFFF}, {32, 0x7FFFFFFF}, {32, 70'000}};
   const auto image = NewImage(8, 8, 12);
   for (const auto& [offset, value] : cases) {
     std::string bytes = CacheFileOf(*image, PixelsOf(*image)) + std::string(100'000, ' ');
@@ -121,8 +123,8 @@ struct Folder {
   ImageDescription older;
 };
 
-// Each fault in turn: a new start finds the old images whole, and the new one whole or not at all, be it that
-// the process died there or that it went on.
+// Each fault in turn: a new start finds the old images whole, and the new one whole or not at all,
+// be it that the process died there or that it went on.
 TEST_F(CachedImageTest, SavesWholeOrNotAtAll) {
   const std::function<void(uint64_t)> faults[] = {
       [](uint64_t at) { host::FailChangesAfter(at); },

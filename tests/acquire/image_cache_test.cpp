@@ -60,7 +60,8 @@ TEST_F(ImageCacheTest, TakesPixelsOfACaptureWithoutPadding) {
   EXPECT_FALSE(grey->isZyr303);
   EXPECT_EQ(grey->bitsPerPixel, 8u);
   EXPECT_EQ(CopyOf(grey->PixelData()), (std::vector<uint8_t>{'a', 'b', 'c', 'd', 'e', 'f'}));
-  EXPECT_EQ(grey->fileName, Path("CACHEDRAW_1.RAW")) << "the first name is taken, though not on disk";
+  EXPECT_EQ(grey->fileName, Path("CACHEDRAW_1.RAW"))
+      << "the first name is taken, though not on disk";
 
   CachedImage* coloured = cache_.AddFromHandle("", DibOf(1, 1, 24, "\x50\x50\x50 "), 102, 1, "");
   ASSERT_NE(coloured, nullptr);
@@ -87,7 +88,8 @@ TEST_F(ImageCacheTest, FindsEarlierImagesInOrderOfCapture) {
   cache_.LoadAll();
   EXPECT_EQ(Times(), (std::vector<uint32_t>{10, 10, 10, 30, 0x90000000}));
   EXPECT_EQ(cache_.GetAt(0)->sensorId, "CACHEDRAW_3.RAW");
-  EXPECT_EQ(cache_.GetAt(1)->sensorId, "CACHEDRAW_4.RAW") << "same capture: as the folder lists them";
+  EXPECT_EQ(cache_.GetAt(1)->sensorId, "CACHEDRAW_4.RAW")
+      << "same capture: as the folder lists them";
   EXPECT_EQ(cache_.GetAt(2)->frameNumber, 2u);
   EXPECT_TRUE(host::FileBytes(Path("CACHEDRAW_5.RAW")).has_value());
 

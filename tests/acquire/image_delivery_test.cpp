@@ -41,7 +41,8 @@ uint8_t Reduced(const std::vector<uint8_t>& pixels, const ImageDescription& imag
   return static_cast<uint8_t>(value >> shift);
 }
 
-// Rows of the delivered form, in the order of the pixels; 8-bit rows are padded to 4 bytes with ones.
+// Rows of the delivered form, in the order of the pixels; 8-bit rows are padded to 4 bytes with
+// ones.
 std::string DeliveredRow(const CachedImage& image, const std::vector<uint8_t>& pixels, uint32_t row,
                          bool deep, bool stretch) {
   std::string bytes;
@@ -150,8 +151,8 @@ void TransferInStrips(CachedImage& image, const TransferTerms& terms, bool deep,
     ASSERT_EQ(strip.bytesWritten, expected.size());
     ASSERT_EQ(yOffset, first + rows);
     ASSERT_EQ(done, rowsThatFit > image.height - first) << "with room to spare behind the last row";
-    const std::string got = byHandle ? TakeBytes(strip.memory)
-                                     : std::string(memory.begin() + shift, memory.end());
+    const std::string got =
+        byHandle ? TakeBytes(strip.memory) : std::string(memory.begin() + shift, memory.end());
     ASSERT_EQ(got.substr(0, expected.size()), expected);
   }
   ASSERT_EQ(yOffset, image.height);

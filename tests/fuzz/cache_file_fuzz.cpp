@@ -35,7 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (turned) image.TurnTopDown();
     for (const bool deep : {false, true}) {
       for (const uint16_t flavor : {0, 1}) {
-        const TransferTerms terms = {.is16BitGrayscale = [=] { return deep; }, .pixelFlavor = flavor};
+        const TransferTerms terms = {.is16BitGrayscale = [=] { return deep; },
+                                     .pixelFlavor = flavor};
         platform::FreeBlock(image.MakeNativeHandle(terms));
         DeliverInStrips(image, terms, 4096);
       }

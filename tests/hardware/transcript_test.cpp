@@ -1,4 +1,5 @@
-// Every byte, order and wait of a bring-up and a capture, held against what was once looked through.
+// Every byte, order and wait of a bring-up and a capture, held against what was once looked
+// through.
 #include <string>
 
 #include "tests/hardware/golden_text.h"
@@ -18,30 +19,68 @@ struct GoldenCapture {
 
 // Each begins with a line break, which the raw string needs to look tidy.
 const GoldenCapture kCaptures[] = {
-    {"2000-a.inc", simulator::kFamily2000, simulator::kSizeA, "false", simulator::kPipeDriver,
+    {
+        "2000-a.inc",
+        simulator::kFamily2000,
+        simulator::kSizeA,
+        "false",
+        simulator::kPipeDriver,
 #include "tests/hardware/golden/2000-a.inc"
     },
-    {"2000-b.inc", simulator::kFamily2000, simulator::kSizeB, "false", simulator::kEndpointDriver,
+    {
+        "2000-b.inc",
+        simulator::kFamily2000,
+        simulator::kSizeB,
+        "false",
+        simulator::kEndpointDriver,
 #include "tests/hardware/golden/2000-b.inc"
     },
-    {"2000-c.inc", simulator::kFamily2000, simulator::kSizeC, "false", simulator::kEndpointDriver,
+    {
+        "2000-c.inc",
+        simulator::kFamily2000,
+        simulator::kSizeC,
+        "false",
+        simulator::kEndpointDriver,
 #include "tests/hardware/golden/2000-c.inc"
     },
-    {"2000-c-binned.inc", simulator::kFamily2000, simulator::kSizeC, "true",
-     simulator::kPipeDriver,
+    {
+        "2000-c-binned.inc",
+        simulator::kFamily2000,
+        simulator::kSizeC,
+        "true",
+        simulator::kPipeDriver,
 #include "tests/hardware/golden/2000-c-binned.inc"
     },
-    {"2000-d.inc", simulator::kFamily2000, simulator::kSizeD, "false", simulator::kPipeDriver,
+    {
+        "2000-d.inc",
+        simulator::kFamily2000,
+        simulator::kSizeD,
+        "false",
+        simulator::kPipeDriver,
 #include "tests/hardware/golden/2000-d.inc"
     },
-    {"2000-d-binned.inc", simulator::kFamily2000, simulator::kSizeD, "true",
-     simulator::kEndpointDriver,
+    {
+        "2000-d-binned.inc",
+        simulator::kFamily2000,
+        simulator::kSizeD,
+        "true",
+        simulator::kEndpointDriver,
 #include "tests/hardware/golden/2000-d-binned.inc"
     },
-    {"303-c.inc", simulator::kFamily303, simulator::kSizeC, "false", simulator::kPipeDriver,
+    {
+        "303-c.inc",
+        simulator::kFamily303,
+        simulator::kSizeC,
+        "false",
+        simulator::kPipeDriver,
 #include "tests/hardware/golden/303-c.inc"
     },
-    {"303-d.inc", simulator::kFamily303, simulator::kSizeD, "false", simulator::kEndpointDriver,
+    {
+        "303-d.inc",
+        simulator::kFamily303,
+        simulator::kSizeD,
+        "false",
+        simulator::kEndpointDriver,
 #include "tests/hardware/golden/303-d.inc"
     },
 };

@@ -125,9 +125,10 @@ TEST_F(SensorToolTest, FindsDescribesCapturesAndTriggers) {
   options.properties = {{"sensitivity", "9"}};
   CaptureStderr();
   EXPECT_EQ(Capture(options), kSensorFailed);
-  EXPECT_EQ(GetCapturedStderr(),
-            "zyrsensor: sensitivity does not take '9' (0x8AAA2010). An invalid sensitivity value of "
-            "9 was specified\n");
+  EXPECT_EQ(
+      GetCapturedStderr(),
+      "zyrsensor: sensitivity does not take '9' (0x8AAA2010). An invalid sensitivity value of "
+      "9 was specified\n");
 
   options.properties = {{"sensitivity", "3"}};
   const simulator::Scene scene = test::TestScene({468, 578});

@@ -18,8 +18,8 @@ void StopHardware();
 // In the order of discovery. Asks the hardware.
 std::vector<SensorEntry> FoundSensors();
 
-// The first whose instance identity holds `part`, without regard to case, open. Null, with a message
-// printed, if there is none.
+// The first whose instance identity holds `part`, without regard to case, open. Null, with a
+// message printed, if there is none.
 Held<Device> OpenSensorLike(const std::string& part);
 
 // Makes the first sensor like that fire, whoever has armed it, and without bringing it up. False,

@@ -7,8 +7,8 @@
 
 namespace zyr {
 
-// Starts from the places in the template: buttons keep their distance from the right edge, those in the lower
-// half from the lower edge too, and the status panel takes the rest.
+// Starts from the places in the template: buttons keep their distance from the right edge, those in
+// the lower half from the lower edge too, and the status panel takes the rest.
 class CaptureDialogLayout {
  public:
   // The controls stand where the template puts them. `templateSize` is in dialog units.

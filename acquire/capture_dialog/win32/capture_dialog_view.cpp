@@ -42,14 +42,14 @@ constexpr Tip kTips[] = {
     {kCommandAcquireSeries,
      "Click on this option to acquire a series of images from a ZYR digital x-ray system."},
     {kCommandDeleteSelected, "Click on this option to delete the selected images."},
-    {kCommandDeleteAll,
-     "Click on this option to delete all of the currently acquired images."},
+    {kCommandDeleteAll, "Click on this option to delete all of the currently acquired images."},
     {kCommandOptions, "This option permits you to change the preferences and settings."},
     {kCommandThumbnails,
      "Sets the number of rows and columns of thumbnails that should be displayed simultaneously."},
     {kCommandHelp, "Displays the on-line help for the ZYR TWAIN source."},
     {kCommandManualTrigger,
-     "Manually triggers the hardware.  This option is primarily used during testing of the hardware "
+     "Manually triggers the hardware.  This option is primarily used during testing of the "
+     "hardware "
      "and the hardware interface."},
 };
 
@@ -138,13 +138,13 @@ class Win32CaptureDialogView : public CaptureDialogView {
   StatusList status_;
   std::optional<CaptureDialogLayout> layout_;
   SIZE templateSize_ = {};  // dialog units
-  HWND window_ = nullptr;  // keeps its value when the window is gone
+  HWND window_ = nullptr;   // keeps its value when the window is gone
   bool alive_ = false;
   bool complete_ = false;  // with all its controls
 };
 
-// A window of another thread, as when the module is unloaded there, cannot be destroyed; it must not find its
-// way back here.
+// A window of another thread, as when the module is unloaded there, cannot be destroyed; it must
+// not find its way back here.
 Win32CaptureDialogView::~Win32CaptureDialogView() {
   Close();
   if (alive_) SetWindowLongPtrA(window_, DWLP_USER, 0);
@@ -189,8 +189,8 @@ void Win32CaptureDialogView::StopReturnTimer() {
   if (alive_) KillTimer(window_, kReturnTimer);
 }
 
-// The dialog is held until its event is handled: the application may let go of it meanwhile, and with it of
-// this view.
+// The dialog is held until its event is handled: the application may let go of it meanwhile, and
+// with it of this view.
 INT_PTR CALLBACK Win32CaptureDialogView::Procedure(HWND window, UINT message, WPARAM wParam,
                                                    LPARAM lParam) {
   if (message == WM_INITDIALOG) SetWindowLongPtrA(window, DWLP_USER, lParam);

@@ -41,7 +41,8 @@ SensorExit Info(const SensorOptions& options) {
 // the queue is empty again.
 void HandleMessages(ULONGLONG deadline) {
   const ULONGLONG now = GetTickCount64();
-  const DWORD wait = deadline == 0 ? INFINITE : static_cast<DWORD>(deadline - std::min(now, deadline));
+  const DWORD wait =
+      deadline == 0 ? INFINITE : static_cast<DWORD>(deadline - std::min(now, deadline));
   MsgWaitForMultipleObjects(0, nullptr, FALSE, wait, QS_ALLINPUT);
   MSG message{};
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
@@ -81,10 +82,9 @@ SensorExit TriggerSensor(const SensorOptions& options) {
 SensorExit RunWithSensors(const SensorOptions& options) {
   const bool isConsole = StdoutIsConsole();
   platform::PrintPrompts();
-  const bool started =
-      StartHardware([=](const std::string& text, int32_t code, int32_t percent) {
-        ShowProgress(text, code, percent, isConsole);
-      });
+  const bool started = StartHardware([=](const std::string& text, int32_t code, int32_t percent) {
+    ShowProgress(text, code, percent, isConsole);
+  });
   SensorExit exit = kSensorFailed;
   if (started && options.command == SensorCommand::kList) exit = List();
   if (started && options.command == SensorCommand::kInfo) exit = Info(options);
