@@ -3,6 +3,7 @@
 namespace zyr::platform::host {
 
 void ResetAll() {
+  ResetThreads();  // first: they may use the rest
   ResetFiles();
   ClearRegistry();
   ResetGlobalMemory();

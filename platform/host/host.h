@@ -17,6 +17,7 @@
 #include "platform/host/resources.h"
 #include "platform/host/shell.h"
 #include "platform/host/system_info.h"
+#include "platform/host/thread.h"
 #include "platform/host/usb_driver.h"
 #include "platform/host/wait_cursor.h"
 #include "platform/host/window_placement.h"

@@ -1,0 +1,1 @@
+#include "tests/platform/thread_contract.h"
