@@ -30,52 +30,43 @@ void RowBySearch(const T* const* rows, const MedianWindowSize& window, T* target
                  size_t distance);
 }  // namespace median_avx2
 
-void MedianRow3x3(const uint8_t* const* rows, uint8_t* target, size_t count, size_t distance,
-                  uint8_t* room) {
-  (HasAvx2() ? median_avx2::Row3x3<uint8_t> : median_base::Row3x3<uint8_t>)(rows, target, count,
-                                                                            distance, room);
+template <class T>
+void MedianRow3x3(const T* const* rows, T* target, size_t count, size_t distance, T* room) {
+  const auto run = HasAvx2() ? median_avx2::Row3x3<T> : median_base::Row3x3<T>;
+  run(rows, target, count, distance, room);
 }
 
-void MedianRow3x3(const uint16_t* const* rows, uint16_t* target, size_t count, size_t distance,
-                  uint16_t* room) {
-  (HasAvx2() ? median_avx2::Row3x3<uint16_t> : median_base::Row3x3<uint16_t>)(rows, target, count,
-                                                                              distance, room);
+template <class T>
+void MedianRow5x5(const T* const* rows, T* target, size_t count, size_t distance, T* room) {
+  const auto run = HasAvx2() ? median_avx2::Row5x5<T> : median_base::Row5x5<T>;
+  run(rows, target, count, distance, room);
 }
 
-void MedianRow5x5(const uint8_t* const* rows, uint8_t* target, size_t count, size_t distance,
-                  uint8_t* room) {
-  (HasAvx2() ? median_avx2::Row5x5<uint8_t> : median_base::Row5x5<uint8_t>)(rows, target, count,
-                                                                            distance, room);
+template <class T>
+void MedianRowCross(const T* above, const T* row, const T* below, T* target, size_t count,
+                    size_t distance) {
+  const auto run = HasAvx2() ? median_avx2::RowCross<T> : median_base::RowCross<T>;
+  run(above, row, below, target, count, distance);
 }
 
-void MedianRow5x5(const uint16_t* const* rows, uint16_t* target, size_t count, size_t distance,
-                  uint16_t* room) {
-  (HasAvx2() ? median_avx2::Row5x5<uint16_t> : median_base::Row5x5<uint16_t>)(rows, target, count,
-                                                                              distance, room);
-}
-
-void MedianRowCross(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* target,
-                    size_t count, size_t distance) {
-  (HasAvx2() ? median_avx2::RowCross<uint8_t>
-             : median_base::RowCross<uint8_t>)(above, row, below, target, count, distance);
-}
-
-void MedianRowCross(const uint16_t* above, const uint16_t* row, const uint16_t* below,
-                    uint16_t* target, size_t count, size_t distance) {
-  (HasAvx2() ? median_avx2::RowCross<uint16_t>
-             : median_base::RowCross<uint16_t>)(above, row, below, target, count, distance);
-}
-
-void MedianRowBySearch(const uint8_t* const* rows, const MedianWindowSize& window, uint8_t* target,
+template <class T>
+void MedianRowBySearch(const T* const* rows, const MedianWindowSize& window, T* target,
                        size_t count, size_t distance) {
-  (HasAvx2() ? median_avx2::RowBySearch<uint8_t>
-             : median_base::RowBySearch<uint8_t>)(rows, window, target, count, distance);
+  const auto run = HasAvx2() ? median_avx2::RowBySearch<T> : median_base::RowBySearch<T>;
+  run(rows, window, target, count, distance);
 }
 
-void MedianRowBySearch(const uint16_t* const* rows, const MedianWindowSize& window,
-                       uint16_t* target, size_t count, size_t distance) {
-  (HasAvx2() ? median_avx2::RowBySearch<uint16_t>
-             : median_base::RowBySearch<uint16_t>)(rows, window, target, count, distance);
-}
+template void MedianRow3x3(const uint8_t* const*, uint8_t*, size_t, size_t, uint8_t*);
+template void MedianRow3x3(const uint16_t* const*, uint16_t*, size_t, size_t, uint16_t*);
+template void MedianRow5x5(const uint8_t* const*, uint8_t*, size_t, size_t, uint8_t*);
+template void MedianRow5x5(const uint16_t* const*, uint16_t*, size_t, size_t, uint16_t*);
+template void MedianRowCross(const uint8_t*, const uint8_t*, const uint8_t*, uint8_t*, size_t,
+                             size_t);
+template void MedianRowCross(const uint16_t*, const uint16_t*, const uint16_t*, uint16_t*, size_t,
+                             size_t);
+template void MedianRowBySearch(const uint8_t* const*, const MedianWindowSize&, uint8_t*, size_t,
+                                size_t);
+template void MedianRowBySearch(const uint16_t* const*, const MedianWindowSize&, uint16_t*, size_t,
+                                size_t);
 
 }  // namespace zyr

@@ -1,4 +1,4 @@
-// Medians of small windows for all samples of a row.
+// Medians of small windows for all samples of a row, which are uint8_t or uint16_t.
 #pragma once
 
 #include <cstddef>
@@ -20,21 +20,16 @@ constexpr size_t MedianColumnsLength(size_t count) {
 // Both take the rows that the window covers, `count` samples each; beyond the ends the outermost
 // ones repeat. `distance` is from a sample to the next of its channel, 1 or 3. `room` has as many
 // rows of MedianColumnsLength(count) as the window has, best aligned to the margin.
-void MedianRow3x3(const uint8_t* const* rows, uint8_t* target, size_t count, size_t distance,
-                  uint8_t* room);
-void MedianRow3x3(const uint16_t* const* rows, uint16_t* target, size_t count, size_t distance,
-                  uint16_t* room);
-void MedianRow5x5(const uint8_t* const* rows, uint8_t* target, size_t count, size_t distance,
-                  uint8_t* room);
-void MedianRow5x5(const uint16_t* const* rows, uint16_t* target, size_t count, size_t distance,
-                  uint16_t* room);
+template <class T>
+void MedianRow3x3(const T* const* rows, T* target, size_t count, size_t distance, T* room);
+template <class T>
+void MedianRow5x5(const T* const* rows, T* target, size_t count, size_t distance, T* room);
 
 // Of each sample, its neighbours to the left and to the right, and those above and below it. The
 // first and the last pixel, which have no two neighbours, stay in `target` as they are.
-void MedianRowCross(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* target,
-                    size_t count, size_t distance);
-void MedianRowCross(const uint16_t* above, const uint16_t* row, const uint16_t* below,
-                    uint16_t* target, size_t count, size_t distance);
+template <class T>
+void MedianRowCross(const T* above, const T* row, const T* below, T* target, size_t count,
+                    size_t distance);
 
 struct MedianWindowSize {
   uint32_t columns;
@@ -46,9 +41,8 @@ struct MedianWindowSize {
 // have the highest bit turned over.
 inline constexpr uint32_t kMedianSearchLimit = 127;
 
-void MedianRowBySearch(const uint8_t* const* rows, const MedianWindowSize& window, uint8_t* target,
+template <class T>
+void MedianRowBySearch(const T* const* rows, const MedianWindowSize& window, T* target,
                        size_t count, size_t distance);
-void MedianRowBySearch(const uint16_t* const* rows, const MedianWindowSize& window,
-                       uint16_t* target, size_t count, size_t distance);
 
 }  // namespace zyr
