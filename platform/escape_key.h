@@ -8,9 +8,15 @@ void ClearEscapeKey();
 // True if Escape went down since the last call of either function.
 bool EscapeKeyWasPressed();
 
-// Takes the keyboard messages out of the calling thread's queue; true if one of them is Escape
-// going down or up. The others are put back. Cheap enough to be called for every row of an image:
-// it does not look into the queue each time, so a press is noticed some milliseconds later.
-bool TakeEscapeMessage();
+enum class EscapeAnswer {
+  kNo,
+  kYes,
+  kTooSoon,  // the clock stands where it stood at the question before: nothing was looked at
+};
+
+// Takes the keyboard messages out of the calling thread's queue; yes if one of them is Escape
+// going down or up. The others are put back. It does not look into the queue each time, so a press
+// is noticed some milliseconds later.
+EscapeAnswer TakeEscapeMessage();
 
 }  // namespace zyr::platform

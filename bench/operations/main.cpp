@@ -2,11 +2,13 @@
 // of each in turn, the best times. With a WORD only those whose name holds it.
 #include <algorithm>
 #include <chrono>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <opencv2/core.hpp>
 
 #include "bench/operations/comparison.h"
+#include "platform/host/escape_key.h"
 
 namespace zyr::bench {
 namespace {
@@ -102,6 +104,8 @@ void Run(const std::string& word) {
 }  // namespace zyr::bench
 
 int main(int argc, char** argv) {
+  // As under Windows, where the system is asked for keys once in a while only.
+  zyr::platform::host::AnswerTooSoon(INT_MAX);
   zyr::bench::Run(argc > 1 ? argv[1] : "");
   return 0;
 }

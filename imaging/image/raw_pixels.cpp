@@ -82,7 +82,8 @@ std::unique_ptr<CKIPImage> ImageFromRaw8(const uint8_t* buffer, uint32_t width, 
 
 std::unique_ptr<CKIPImage> ImageFromRaw16(const uint16_t* buffer, uint32_t width, uint32_t height,
                                           uint32_t pad, uint32_t xResolution, uint32_t yResolution,
-                                          const DepthMapping& mapping, ProgressCallback progress) {
+                                          const DepthMapping& mapping,
+                                          ProgressCallback progress) try {
   if (!CheckBuffer(buffer)) return nullptr;
   const bool transpose = mapping.transpose;
   std::unique_ptr<CKIPImage> image = NewGreyImage(
@@ -93,6 +94,8 @@ std::unique_ptr<CKIPImage> ImageFromRaw16(const uint16_t* buffer, uint32_t width
   const auto map = transpose ? MapRowsToColumns : MapRows;
   if (!map(*mapper, buffer, size_t{width} + pad, mapping.invert, *image, progress)) return nullptr;
   return image;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 std::unique_ptr<CKIPImage> ImageFromDeepImage(const CKIPDeepImage& image,

@@ -19,8 +19,9 @@ std::unique_ptr<CKIPImage> ImageFromRaw8(const uint8_t* buffer, uint32_t width, 
                                          uint32_t yResolution, FirstRow firstRow,
                                          ProgressCallback progress = nullptr);
 
-// How 16-bit samples become bytes. Of the modes there is 0: a plain reduction to the top 8 bits of
-// the depth, spread over all levels where the depth is below 8 bits.
+// How 16-bit samples become bytes. Mode 0 is a plain reduction to the top 8 bits of the depth,
+// spread over all levels where the depth is below 8 bits. The other modes look at the samples'
+// distribution first: imaging/operations/levels/depth_transforms.h names them.
 struct DepthMapping {
   bool positive = true;
   uint32_t mode = 0;
@@ -32,7 +33,7 @@ struct DepthMapping {
   int32_t brightness = 0;  // percent
   int32_t contrast = 0;    // percent
   double gamma = 0;        // 0 and 1 mean none
-  double percent = 0;
+  double percent = 0;      // for mode 12; numbers outside 0 to 100 count as the nearer one
 };
 
 // An 8-bit image with an identity palette. Rows of the buffer are `width + pad` samples apart; the

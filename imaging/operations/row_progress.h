@@ -16,7 +16,7 @@ class RowProgress {
 
   // After each row: tells the fraction done, and is false once the user has cancelled.
   bool Continue(uint32_t row) const {
-    Report(progress_, static_cast<double>(row) / rows_);
+    if (progress_ != nullptr) progress_(static_cast<double>(row) / rows_);
     return !cancel_monitor::IsCancelled();
   }
 

@@ -12,6 +12,7 @@ struct State {
   bool pressed = false;
   std::vector<host::KeyMessage> queue;
   int questionsUntilPress = 0;
+  int questionsTooSoon = 0;
 };
 
 State& TheState() {
@@ -46,13 +47,17 @@ bool EscapeKeyWasPressed() {
   return pressed;
 }
 
-bool TakeEscapeMessage() {
+EscapeAnswer TakeEscapeMessage() {
   State& state = TheState();
   const std::lock_guard lock(state.mutex);
   CountQuestion(state);
-  return std::erase_if(state.queue, [](const host::KeyMessage& message) {
-           return message.key == host::kEscapeKey;
-         }) != 0;
+  if (state.questionsTooSoon > 0) {
+    --state.questionsTooSoon;
+    return EscapeAnswer::kTooSoon;
+  }
+  const size_t taken = std::erase_if(
+      state.queue, [](const host::KeyMessage& message) { return message.key == host::kEscapeKey; });
+  return taken != 0 ? EscapeAnswer::kYes : EscapeAnswer::kNo;
 }
 
 namespace host {
@@ -81,12 +86,19 @@ void PressEscapeAtQuestion(int count) {
   state.questionsUntilPress = count;
 }
 
+void AnswerTooSoon(int count) {
+  State& state = TheState();
+  const std::lock_guard lock(state.mutex);
+  state.questionsTooSoon = count;
+}
+
 void ResetEscapeKey() {
   State& state = TheState();
   const std::lock_guard lock(state.mutex);
   state.pressed = false;
   state.queue.clear();
   state.questionsUntilPress = 0;
+  state.questionsTooSoon = 0;
 }
 
 }  // namespace host

@@ -22,6 +22,10 @@ std::vector<KeyMessage> QueuedKeys();
 // Presses Escape by itself at the `count`th question from now on, of either kind; 0 never.
 void PressEscapeAtQuestion(int count);
 
+// The next `count` questions of an operation come too soon after each other. Without this none
+// does, so an operation's questions can be counted.
+void AnswerTooSoon(int count);
+
 void ResetEscapeKey();
 
 }  // namespace zyr::platform::host

@@ -33,13 +33,17 @@ bool EscapeKeyWasPressed() { return (GetAsyncKeyState(VK_ESCAPE) & 1) != 0; }
 // Operations ask once for every row of an image, and each look into the queue is a call of the
 // system (under Wine of another process): one in so many milliseconds is as good for the user's
 // finger.
-bool TakeEscapeMessage() {
+EscapeAnswer TakeEscapeMessage() {
   constexpr ULONGLONG kLookEvery = 10;
+  static std::atomic<ULONGLONG> lastQuestion = 0;
   static std::atomic<ULONGLONG> nextLook = 0;
+  // Moves in steps of some 16 ms, but is read in no time, unlike the performance counter.
   const ULONGLONG now = GetTickCount64();
-  if (now < nextLook) return false;
+  if (now == lastQuestion) return EscapeAnswer::kTooSoon;
+  lastQuestion = now;
+  if (now < nextLook) return EscapeAnswer::kNo;
   nextLook = now + kLookEvery;
-  bool escape = false;
+  EscapeAnswer answer = EscapeAnswer::kNo;
   std::vector<MSG> others;
   // Drained first and put back at the end, so that nothing is met twice. PeekMessage hands out
   // WM_QUIT whatever range is asked for. Sent messages are left out: their handlers could come back
@@ -48,13 +52,13 @@ bool TakeEscapeMessage() {
   MSG message;
   while (PeekMessageA(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, kWhat)) {
     if (IsEscape(message)) {
-      escape = true;
+      answer = EscapeAnswer::kYes;
     } else {
       others.push_back(message);
     }
   }
   for (const MSG& other : others) PutBack(other);
-  return escape;
+  return answer;
 }
 
 }  // namespace zyr::platform

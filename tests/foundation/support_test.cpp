@@ -5,6 +5,7 @@
 #include <limits>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "foundation/support/error.h"
 #include "foundation/support/file_version.h"
@@ -161,6 +162,39 @@ TEST_F(SupportTest, RemembersEscapeUntilReset) {
   EXPECT_TRUE(cancel_monitor::IsCancelled());
   cancel_monitor::Reset();
   EXPECT_FALSE(cancel_monitor::IsCancelled());
+}
+
+// Which of the questions from now on, counted from 1, the platform gets to see while it finds every
+// one too soon.
+std::vector<int> QuestionsPassedOn(size_t count) {
+  std::vector<int> passedOn;
+  for (int question = 1; passedOn.size() < count; ++question) {
+    host::AnswerTooSoon(1);
+    host::PressEscapeAtQuestion(1);
+    EXPECT_FALSE(cancel_monitor::IsCancelled());
+    if (!host::QueuedKeys().empty()) passedOn.push_back(question);
+    host::ResetEscapeKey();
+  }
+  return passedOn;
+}
+
+TEST_F(SupportTest, AsksLessOftenOnlyWhereThatIsTooOften) {
+  cancel_monitor::Reset();
+  const std::vector<int> passedOn = QuestionsPassedOn(23);
+  EXPECT_EQ(std::vector<int>(passedOn.begin(), passedOn.begin() + 8),
+            (std::vector<int>{1, 3, 6, 10, 15, 22, 31, 43}));
+  EXPECT_EQ(passedOn[22] - passedOn[21], 256);
+  cancel_monitor::Reset();  // the next operation's rows may be slow
+  host::PressEscape();
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
+  // Once the clock has moved every question is passed on again.
+  cancel_monitor::Reset();
+  EXPECT_EQ(QuestionsPassedOn(2), (std::vector<int>{1, 3}));
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(cancel_monitor::IsCancelled());
+  EXPECT_FALSE(cancel_monitor::IsCancelled());
+  host::PressEscape();
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <limits>
 #include <new>
 
+#include "imaging/image/raw_pixels.h"
 #include "imaging/operations/geometry/flip.h"
 #include "imaging/operations/geometry/rotate.h"
 #include "imaging/operations/geometry/shrink.h"
@@ -116,6 +117,7 @@ TEST_F(OutOfMemoryTest, DeepImagesGiveNull) {
   EXPECT_NULL_UNTIL_ENOUGH(DeepNormalize(&deep, nullptr));
   EXPECT_NULL_UNTIL_ENOUGH(DeepEqualize(&deep, nullptr));
   EXPECT_NULL_UNTIL_ENOUGH(DeepAutoBrightnessContrast(&deep, 1, 1, nullptr));
+  EXPECT_NULL_UNTIL_ENOUGH(ImageFromDeepImage(deep, {.mode = 4}));
   for (const uint32_t size : {3u, 7u, 13u}) {
     EXPECT_NULL_UNTIL_ENOUGH(DeepMedianFilter(&deep, size, nullptr));
   }

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
+#include <span>
+#include <vector>
 
 #include "imaging/operations/levels/brightness_contrast.h"
+#include "imaging/operations/levels/depth_transforms.h"
 #include "imaging/operations/levels/gamma.h"
 
 namespace zyr {
@@ -45,6 +49,15 @@ uint32_t BitsInUse(const uint16_t* samples, uint32_t width, uint32_t height, uin
     inUse |= positive ? OrOfRow(samples, width) : ~AndOfRow(samples, width) & 0xFFFF;
   }
   return inUse;
+}
+
+// Samples beyond the table are not mapped by it and do not count.
+void CountInRange(std::span<const uint16_t> samples, uint32_t lowBit,
+                  std::vector<uint32_t>& counts) {
+  for (const uint16_t sample : samples) {
+    const uint32_t level = static_cast<uint32_t>(sample) >> lowBit;
+    if (level < counts.size()) ++counts[level];
+  }
 }
 
 uint8_t ByteOf(double level) {
@@ -90,14 +103,17 @@ struct TopByte {
 void CKIPDepthMapper::Prepare(const uint16_t* samples, uint32_t width, uint32_t height,
                               uint32_t pad, const DepthMapping& mapping) {
   Configure(samples, width, height, pad, mapping);
-  BuildTable();
+  BuildPlainTable();
+  const bool isPlain = IsPlainDepthMode(mapping.mode);
+  if (!isPlain) Transform(samples, width, height, pad, mapping);
+  FinishTable();
   const bool changesLevels = mapping.brightness != 0 || mapping.contrast != 0;
   const bool changesGamma = mapping.gamma != 0 && mapping.gamma != 1;
   if (changesLevels) {
     RewriteTable(BrightnessContrastTable(mapping.brightness, mapping.contrast));
   }
   if (changesGamma) RewriteTable(GammaTable(1 / mapping.gamma));
-  isPlainShift_ = reducible_ && !changesLevels && !changesGamma;
+  isPlainShift_ = reducible_ && isPlain && !changesLevels && !changesGamma;
 }
 
 void CKIPDepthMapper::Configure(const uint16_t* samples, uint32_t width, uint32_t height,
@@ -120,14 +136,36 @@ void CKIPDepthMapper::Configure(const uint16_t* samples, uint32_t width, uint32_
   reduceShift_ = reducible_ ? rangeBits_ - 8 : 0;
 }
 
-// Mode 0, the only one that anything here asks for: the plain reduction to the top 8 bits. The
-// other mode numbers are free for transforms of the reduced histogram and are treated alike until
-// one is wanted.
-void CKIPDepthMapper::BuildTable() {
+// The reduction to the top 8 bits.
+void CKIPDepthMapper::BuildPlainTable() {
   for (uint32_t i = 0; i < tableSize_; ++i) {
     lut_[i] = reducible_ ? static_cast<uint8_t>(i >> reduceShift_)
                          : ByteOf(i * (1.0 / (tableSize_ - 1)) * 255);
   }
+}
+
+void CKIPDepthMapper::Transform(const uint16_t* samples, uint32_t width, uint32_t height,
+                                uint32_t pad, const DepthMapping& mapping) {
+  std::vector<uint32_t> counts(tableSize_);
+  for (uint32_t row = 0; row < height; ++row, samples += size_t{width} + pad) {
+    CountInRange({samples, width}, lowBit_, counts);
+  }
+  const DepthTransform transform = {mapping.mode, positive_, static_cast<double>(width) * height,
+                                    mapping.percent};
+  const std::span<uint8_t> levels(lut_.data(), tableSize_);
+  if (!reducible_ || mapping.mode == kDepthRange) {
+    TransformLevels(counts, transform, levels);
+    return;
+  }
+  std::array<uint32_t, 256> reducedCounts{};
+  for (uint32_t i = 0; i < tableSize_; ++i) reducedCounts[i >> reduceShift_] += counts[i];
+  std::array<uint8_t, 256> reduced;
+  std::iota(reduced.begin(), reduced.end(), uint8_t{0});
+  TransformReducedLevels(reducedCounts, transform, reduced);
+  SmoothLevels(reduced, reduceShift_, levels);
+}
+
+void CKIPDepthMapper::FinishTable() {
   std::fill(lut_.begin() + tableSize_, lut_.end(), uint8_t{0});
   if (positive_) return;
   for (uint8_t& level : lut_) level = static_cast<uint8_t>(255 - level);

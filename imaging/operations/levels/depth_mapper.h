@@ -12,7 +12,8 @@ namespace zyr {
 // About 64 KB: make it on the heap. One thread.
 class CKIPDepthMapper {
  public:
-  // Finds the depth and builds the table. Rows of `samples` are `width + pad` samples apart.
+  // Finds the depth and builds the table. Rows of `samples` are `width + pad` samples apart. The
+  // modes other than 0 may throw std::bad_alloc; the mapper is then to be prepared anew.
   void Prepare(const uint16_t* samples, uint32_t width, uint32_t height, uint32_t pad,
                const DepthMapping& mapping);
 
@@ -34,7 +35,10 @@ class CKIPDepthMapper {
  private:
   void Configure(const uint16_t* samples, uint32_t width, uint32_t height, uint32_t pad,
                  const DepthMapping& mapping);
-  void BuildTable();
+  void BuildPlainTable();
+  void Transform(const uint16_t* samples, uint32_t width, uint32_t height, uint32_t pad,
+                 const DepthMapping& mapping);
+  void FinishTable();
   void RewriteTable(const std::array<uint8_t, 256>& levels);
 
   // Entries from `tableSize_` on hold what an out-of-range sample maps to.

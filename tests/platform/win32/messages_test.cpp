@@ -76,7 +76,7 @@ bool operator==(const Key& a, const Key& b) { return a.message == b.message && a
 // The queue is looked into only now and then.
 bool TakeEscapeMessageNow() {
   Sleep(50);
-  return TakeEscapeMessage();
+  return TakeEscapeMessage() == EscapeAnswer::kYes;
 }
 
 TEST(EscapeKeyWin32, OtherKeysStayInOrder) {
