@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "controls/paint.h"
 #include "resources/resource.h"
 
 namespace zyr {
@@ -9,21 +10,10 @@ namespace {
 
 constexpr UINT kTextFormat = DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS;
 
-COLORREF Mix(COLORREF from, COLORREF to, int percent) {
-  const auto channel = [&](int a, int b) { return static_cast<BYTE>(a + (b - a) * percent / 100); };
-  return RGB(channel(GetRValue(from), GetRValue(to)), channel(GetGValue(from), GetGValue(to)),
-             channel(GetBValue(from), GetBValue(to)));
-}
-
 COLORREF Background() { return GetSysColor(COLOR_WINDOW); }
 COLORREF TitleColor() { return GetSysColor(COLOR_WINDOWTEXT); }
 COLORREF TextColor() { return Mix(TitleColor(), Background(), 25); }
 COLORREF RuleColor() { return Mix(Background(), TitleColor(), 10); }
-
-void Fill(HDC dc, const RECT& area, COLORREF color) {
-  SetDCBrushColor(dc, color);
-  FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-}
 
 int DrawTextIn(HDC dc, HFONT font, const std::string& text, RECT* area, UINT format) {
   const HGDIOBJ previous = SelectObject(dc, font);
@@ -57,39 +47,47 @@ StatusList::StatusList()
       boldFont_(BoldMessageFont()),
       metrics_{Scaled(14), Scaled(32), Scaled(14), Scaled(3)} {}
 
-// The thin border is not in the template: dialogs make a sunken edge of it.
 void StatusList::Attach(HWND window) {
   window_ = window;
   SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  SetWindowLongPtrA(window, GWL_STYLE, GetWindowLongPtrA(window, GWL_STYLE) | WS_BORDER);
-  SetWindowPos(window, nullptr, 0, 0, 0, 0,
-               SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  ContentChanged();
+  UseThinBorder(window);
+  ContentChanged(true);
 }
 
 void StatusList::Clear() {
   lines_.clear();
-  ContentChanged();
+  ContentChanged(true);
 }
 
-void StatusList::Add(StatusIcon icon, const std::string& title, const std::string& text) {
+int StatusList::Add(StatusIcon icon, const std::string& title, const std::string& text) {
   lines_.push_back({icon, title, text});
-  ContentChanged();
+  ContentChanged(true);
+  return static_cast<int>(lines_.size()) - 1;
+}
+
+// Whoever reads on elsewhere is not taken away from there by a line above the last.
+void StatusList::SetLine(int number, const std::string& title, const std::string& text) {
+  if (number < 0 || static_cast<size_t>(number) >= lines_.size()) return;
+  Line& line = lines_[static_cast<size_t>(number)];
+  line.title = title;
+  line.text = text;
+  ContentChanged(followsEnd_ || &line == &lines_.back());
 }
 
 void StatusList::SetLastText(const std::string& text) {
   if (lines_.empty()) return;
   lines_.back().text = text;
-  ContentChanged();
+  ContentChanged(true);
 }
 
-void StatusList::ContentChanged() {
+void StatusList::ContentChanged(bool followEnd) {
   if (window_ == nullptr) return;
   std::string all;
   for (const Line& line : lines_) all += line.title + "\r\n" + line.text + "\r\n";
   SetWindowTextA(window_, all.c_str());
-  followsEnd_ = true;
+  followsEnd_ = followEnd;
   Relayout();
+  UpdateWindow(window_);
 }
 
 // The scroll bar takes its room only if it is needed, and changes the size when it comes and goes.
@@ -210,30 +208,20 @@ void StatusList::OnWheel(int delta) {
 }
 
 void StatusList::Paint() {
-  PAINTSTRUCT paint;
-  const HDC screen = BeginPaint(window_, &paint);
+  const BufferedPaint paint(window_);
+  if (paint.dc() == nullptr) return;
   RECT client;
   GetClientRect(window_, &client);
-  const HDC dc = CreateCompatibleDC(screen);
-  const HBITMAP picture = CreateCompatibleBitmap(screen, client.right, client.bottom);
-  if (dc != nullptr && picture != nullptr) {
-    const HGDIOBJ previous = SelectObject(dc, picture);
-    PaintLines(dc, client);
-    BitBlt(screen, 0, 0, client.right, client.bottom, dc, 0, 0, SRCCOPY);
-    SelectObject(dc, previous);
-  }
-  if (picture != nullptr) DeleteObject(picture);
-  if (dc != nullptr) DeleteDC(dc);
-  EndPaint(window_, &paint);
+  PaintLines(paint.dc(), client);
 }
 
 void StatusList::PaintLines(HDC dc, const RECT& area) const {
-  Fill(dc, area, Background());
+  FillArea(dc, area, Background());
   SetBkMode(dc, TRANSPARENT);
   int top = -offset_;
   for (const Line& line : lines_) {
     if (&line != &lines_.front()) {
-      Fill(dc, {metrics_.margin, top, area.right - metrics_.margin, top + 1}, RuleColor());
+      FillArea(dc, {metrics_.margin, top, area.right - metrics_.margin, top + 1}, RuleColor());
     }
     if (top < area.bottom && top + line.height > 0) PaintLine(dc, line, top, area.right);
     top += line.height;
@@ -249,19 +237,6 @@ void StatusList::PaintLine(HDC dc, const Line& line, int top, int width) const {
   area.top += line.titleHeight + metrics_.titleGap;
   SetTextColor(dc, TextColor());
   DrawTextIn(dc, font_.handle(), line.text, &area, 0);
-}
-
-// In place of the black border of the system; it shows where the keyboard is.
-void StatusList::PaintFrame() const {
-  const HDC dc = GetWindowDC(window_);
-  if (dc == nullptr) return;
-  RECT frame;
-  GetWindowRect(window_, &frame);
-  OffsetRect(&frame, -frame.left, -frame.top);
-  const bool focused = GetFocus() == window_;
-  SetDCBrushColor(dc, focused ? GetSysColor(COLOR_HIGHLIGHT) : Mix(Background(), TitleColor(), 30));
-  FrameRect(dc, &frame, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-  ReleaseDC(window_, dc);
 }
 
 LRESULT CALLBACK StatusList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -284,11 +259,11 @@ LRESULT StatusList::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return 1;
     case WM_NCPAINT:
       DefWindowProcA(window, message, wParam, lParam);
-      PaintFrame();
+      PaintThinBorder(window);
       return 0;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
-      PaintFrame();
+      PaintThinBorder(window);
       return 0;
     case WM_LBUTTONDOWN:
       SetFocus(window);

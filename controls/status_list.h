@@ -15,8 +15,9 @@
 namespace zyr {
 
 // A control of a dialog template: its window class is there while an object lives. The arrow, page,
-// Home and End keys scroll it. The last line is scrolled into view whenever it changes. All lines
-// together are the window's text, for programs that read it out. Once the window is gone,
+// Home and End keys scroll it. The last line is scrolled into view whenever it changes. Changes are
+// on the screen at once, for a caller that goes on to work without a look at its messages. All
+// lines together are the window's text, for programs that read it out. Once the window is gone,
 // operations do nothing. User-interface thread only.
 class StatusList {
  public:
@@ -28,7 +29,10 @@ class StatusList {
   void Attach(HWND window);
 
   void Clear();
-  void Add(StatusIcon icon, const std::string& title, const std::string& text);
+  // The line's number, counted from 0.
+  int Add(StatusIcon icon, const std::string& title, const std::string& text);
+  // Ignored if there is no such line.
+  void SetLine(int number, const std::string& title, const std::string& text);
   void SetLastText(const std::string& text);
 
  private:
@@ -51,7 +55,7 @@ class StatusList {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
 
-  void ContentChanged();
+  void ContentChanged(bool followEnd);
   void Relayout();
   int Measure(HDC dc, int width);  // the height of all lines
   int LastOffset() const { return std::max(contentHeight_ - ViewHeight(), 0); }
@@ -66,7 +70,6 @@ class StatusList {
   void Paint();
   void PaintLines(HDC dc, const RECT& area) const;
   void PaintLine(HDC dc, const Line& line, int top, int width) const;
-  void PaintFrame() const;
 
   std::shared_ptr<const WindowClass> class_;
   Font font_;

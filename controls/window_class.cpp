@@ -4,8 +4,9 @@
 
 namespace zyr {
 
-WindowClass::WindowClass(const char* name, WNDPROC procedure) : name_(name) {
+WindowClass::WindowClass(const char* name, WNDPROC procedure, UINT style) : name_(name) {
   WNDCLASSA description = {};
+  description.style = style;
   description.lpfnWndProc = procedure;
   description.hInstance = static_cast<HINSTANCE>(platform::OwnResources());
   description.hCursor = LoadCursor(nullptr, IDC_ARROW);

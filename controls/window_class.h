@@ -9,7 +9,7 @@ namespace zyr {
 // window procedures that are no more. Windows of the class must be gone first.
 class WindowClass {
  public:
-  WindowClass(const char* name, WNDPROC procedure);
+  WindowClass(const char* name, WNDPROC procedure, UINT style = 0);
   ~WindowClass();
   WindowClass(const WindowClass&) = delete;
   WindowClass& operator=(const WindowClass&) = delete;

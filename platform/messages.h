@@ -13,6 +13,9 @@ void DestroyWindowOf(Window window);
 
 // Queues the message and returns; false if the window is gone.
 bool PostToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lParam);
+// Takes the window's oldest queued message of that number out of the queue, unhandled; false if
+// there is none.
+bool TakePosted(Window window, uint32_t message, uintptr_t* wParam, intptr_t* lParam);
 // Runs the window's handler and returns its result; 0 if the window is gone.
 intptr_t SendToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lParam);
 

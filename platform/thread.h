@@ -1,4 +1,4 @@
-// A thread of its own for work that takes long.
+// A thread of its own for work that takes long. A module stays loaded while a thread of it runs.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,9 @@ class Thread {
 };
 
 // Starts `procedure`, which must not throw, on a new thread with the default stack; what it returns
-// is the thread's result. What the procedure holds is gone when Join says so. Null, with the
-// system's error number, if there is no thread to be had.
+// is the thread's result. If the program has unloaded the module meanwhile, the module goes with
+// the thread, and its objects are destroyed there. What the procedure holds is gone when Join says
+// so. Null, with the system's error number, if there is no thread to be had.
 std::unique_ptr<Thread> StartThread(std::function<uint32_t()> procedure, uint32_t* error);
 
 }  // namespace zyr::platform

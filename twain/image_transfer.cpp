@@ -69,8 +69,17 @@ void StoreStrip(const MemoryStrip& strip, TW_IMAGEMEMXFER* transfer) {
 
 }  // namespace
 
-CachedImage* ZyrTwainSource::CurrentImageOrFail(const char* logLine) {
-  CachedImage* image = images_.GetCurrent();
+std::shared_ptr<CachedImage> ZyrTwainSource::ImageToTransfer() const {
+  if (!underWay_) return images_.Share(images_.GetCurrent());
+  return images_.Share(underWay_->lock().get());
+}
+
+void ZyrTwainSource::SetUnderWay(const std::shared_ptr<CachedImage>& image) {
+  if (IsDelivering()) underWay_ = image;
+}
+
+std::shared_ptr<CachedImage> ZyrTwainSource::ImageToTransferOrFail(const char* logLine) {
+  auto image = ImageToTransfer();
   if (image == nullptr) FailLogged(kNoImages, TWCC_OPERATIONERROR, logLine);
   return image;
 }
@@ -80,8 +89,11 @@ CachedImage* ZyrTwainSource::CurrentImageOrFail(const char* logLine) {
 TW_UINT16 ZyrTwainSource::DISPATCHMSG_ImageInfo(const Triplet& triplet) {
   const TW_UINT16 result = TwainSource::DISPATCHMSG_ImageInfo(triplet);
   if (result != TWRC_SUCCESS) return result;
-  const CachedImage* image = CurrentImageOrFail("No images were available\n");
+  // It begins a transfer, and so another image than one that was deleted before its own began.
+  if (ImageToTransfer() == nullptr) underWay_.reset();
+  const auto image = ImageToTransferOrFail("No images were available\n");
   if (image == nullptr) return TWRC_FAILURE;
+  SetUnderWay(image);
   TW_IMAGEINFO info{};
   info.XResolution = ToFix32(ConvertFromInches(image->xResolution, image->width));
   info.YResolution = ToFix32(ConvertFromInches(image->yResolution, image->height));
@@ -101,8 +113,9 @@ TW_UINT16 ZyrTwainSource::DISPATCHMSG_ImageInfo(const Triplet& triplet) {
 TW_UINT16 ZyrTwainSource::DISPATCHMSG_ImageLayout(const Triplet& triplet) {
   const TW_UINT16 result = TwainSource::DISPATCHMSG_ImageLayout(triplet);
   if (result != TWRC_SUCCESS) return result;
-  const CachedImage* image = CurrentImageOrFail("   No images were available\n");
+  const auto image = ImageToTransferOrFail("   No images were available\n");
   if (image == nullptr) return TWRC_FAILURE;
+  SetUnderWay(image);
   if (!IsReading(triplet.message)) return TWRC_SUCCESS;
   auto* layout = static_cast<TW_IMAGELAYOUT*>(triplet.data);
   // In pixels, whatever the units.
@@ -136,13 +149,14 @@ TW_UINT16 ZyrTwainSource::TransferNative(const Triplet& triplet) {
   if (!platform::IsWritable(triplet.data, sizeof(TW_HANDLE))) {
     return FailLogged(kNativeFailure, TWCC_BADVALUE, "DISPATCHMSG_ImageNativeXfer: Bad Value");
   }
-  CachedImage* image = CurrentImageOrFail("   No images were available");
+  const auto image = ImageToTransferOrFail("   No images were available");
   if (image == nullptr) return TWRC_FAILURE;
   TransferTerms terms;
   terms.is16BitGrayscale = [this] { return Is16BitGrayscale(); };
   const TW_HANDLE handle = image->MakeNativeHandle(terms);
   std::memcpy(triplet.data, &handle, sizeof handle);
   conditionCode_.ConditionCode = TWCC_SUCCESS;
+  underWay_ = image;
   return TWRC_XFERDONE;  // also with a null handle
 }
 
@@ -160,7 +174,7 @@ TW_UINT16 ZyrTwainSource::TransferFile(const Triplet& triplet) {
     return FailLogged(kImageInfoFailure, TWCC_BADPROTOCOL,
                       "DISPATCHMSG_ImageFileXfer: Bad Protocol");
   }
-  CachedImage* image = CurrentImageOrFail(kNoImages);
+  const auto image = ImageToTransferOrFail(kNoImages);
   if (image == nullptr) return TWRC_FAILURE;
   TransferTerms terms;
   terms.imageFileFormat = GetImageFileFormat();
@@ -172,6 +186,7 @@ TW_UINT16 ZyrTwainSource::TransferFile(const Triplet& triplet) {
     return TWRC_FAILURE;
   }
   conditionCode_.ConditionCode = TWCC_SUCCESS;
+  underWay_ = image;
   return TWRC_XFERDONE;
 }
 
@@ -190,7 +205,7 @@ TW_UINT16 ZyrTwainSource::TransferStrip(const Triplet& triplet) {
   if (transfer == nullptr) {
     return FailLogged(kImageInfoFailure, TWCC_BADVALUE, "DISPATCHMSG_ImageMemXfer: Bad Value");
   }
-  CachedImage* image = CurrentImageOrFail(kNoImages);
+  const auto image = ImageToTransferOrFail(kNoImages);
   if (image == nullptr) return TWRC_FAILURE;
   if (state_ == 6) {
     memXOffset_ = 0;
@@ -208,6 +223,7 @@ TW_UINT16 ZyrTwainSource::TransferStrip(const Triplet& triplet) {
     constexpr char kCopyFailure[] = "Unable to copy data to buffer";
     return FailLogged(kCopyFailure, TWCC_OPERATIONERROR, kCopyFailure);
   }
+  underWay_ = image;
   return done ? TWRC_XFERDONE : TWRC_SUCCESS;
 }
 

@@ -1,10 +1,12 @@
 #include "twain/zyr_source.h"
 
+#include <new>
 #include <utility>
 
 #include "foundation/log/log.h"
 #include "foundation/support/format.h"
 #include "platform/messages.h"
+#include "platform/own_module.h"
 #include "settings/directories.h"
 #include "settings/store.h"
 #include "twain/names.h"
@@ -21,8 +23,9 @@ unsigned long HandleNumber(const void* handle) {
 
 }  // namespace
 
-ZyrTwainSource::ZyrTwainSource(ImageCache& images, CaptureDialogViewFactory makeView)
-    : images_(images), makeView_(std::move(makeView)) {
+ZyrTwainSource::ZyrTwainSource(ImageCache& images, IFace& sensors,
+                               CaptureDialogViewFactory makeView)
+    : images_(images), sensors_(sensors), makeView_(std::move(makeView)) {
   productName_ = "ZYR TWAIN";
 }
 
@@ -30,7 +33,18 @@ ZyrTwainSource::ZyrTwainSource(ImageCache& images, CaptureDialogViewFactory make
 // the entry: it finds no source any more.
 ZyrTwainSource::~ZyrTwainSource() {
   sourceInstance = nullptr;
-  DropDialog();
+  if (platform::ProcessIsEnding()) {
+    LeaveDialog();
+  } else {
+    DropDialog();
+  }
+}
+
+// The system takes the window. A dialog ends its capture, and the capture's thread is dead already.
+void ZyrTwainSource::LeaveDialog() {
+  using Pointer = std::shared_ptr<CaptureDialog>;
+  alignas(Pointer) static unsigned char neverDestroyed[sizeof(Pointer)];
+  new (neverDestroyed) Pointer(std::move(dialog_));
 }
 
 bool ZyrTwainSource::Initialize() {
@@ -71,8 +85,9 @@ TW_UINT16 ZyrTwainSource::EnableDS(const Triplet& triplet) {
 // for this one.
 TW_UINT16 ZyrTwainSource::OpenDialog(platform::ResourceModule previousResources) {
   DropDialog();
+  underWay_.reset();
   CaptureDialogOwner& owner = *this;
-  const auto dialog = std::make_shared<CaptureDialog>(owner, images_, makeView_);
+  const auto dialog = std::make_shared<CaptureDialog>(owner, images_, sensors_, makeView_);
   dialog_ = dialog;
   const bool created = CreateOrDrop(*dialog);
   if (state_ != 4 || dialog_ != dialog) {
@@ -84,6 +99,7 @@ TW_UINT16 ZyrTwainSource::OpenDialog(platform::ResourceModule previousResources)
     return FailToOpenDialog(previousResources);
   }
   dialogWindow_ = dialog->window();
+  platform::StayLoadedWith(dialogWindow_);
   state_ = 5;
   return TWRC_SUCCESS;
 }
@@ -107,6 +123,7 @@ TW_UINT16 ZyrTwainSource::FailToOpenDialog(platform::ResourceModule previousReso
 
 TW_UINT16 ZyrTwainSource::CloseDS(const Triplet& triplet) {
   DropDialog();
+  underWay_.reset();
   return TwainSource::CloseDS(triplet);
 }
 
@@ -138,26 +155,36 @@ TW_UINT16 ZyrTwainSource::GetNumberOfTransfersAvailable() {
   return static_cast<TW_UINT16>(count);
 }
 
+// An image that the user has deleted meanwhile leaves the others untouched: none of them was handed
+// over.
 void ZyrTwainSource::ClearCurrentImage() {
-  const CachedImage* image = images_.GetCurrent();
-  if (image == nullptr) return;
+  const std::shared_ptr<CachedImage> image = ImageToTransfer();
+  underWay_.reset();
+  if (image == nullptr) {
+    if (state_ == 7) imageWasCleared_ = true;  // the application may have it all the same
+    return;
+  }
   Log().WriteLine("Current scanned image cleared");
-  images_.Remove(image);
+  images_.Remove(image.get());
   imageWasCleared_ = true;
   if (dialog_ == nullptr) return;
   const platform::Window window = dialog_->window();
   if (platform::IsWindowAlive(window)) {
-    platform::SendToWindow(window, CaptureDialog::kMessageRefreshThumbnails, 0, 0);
+    platform::SendToWindow(window, kMessageRefreshThumbnails, 0, 0);
   }
 }
 
-void ZyrTwainSource::AbortTransfers() {}
+void ZyrTwainSource::AbortTransfers() { underWay_.reset(); }
 
 // While an image is under way, state 6 would make its next strip the first one again, and the
 // application would put a torn picture together.
 void ZyrTwainSource::NotifyXferReady() {
-  if (state_ != 7) TwainSource::NotifyXferReady();
+  if (state_ == 7) return;
+  if (state_ != 6) underWay_.reset();
+  TwainSource::NotifyXferReady();
 }
+
+bool ZyrTwainSource::IsDelivering() const { return state_ == 6 || state_ == 7; }
 
 void ZyrTwainSource::NotifyCloseDSReq() {
   struct Scope {

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "acquire/capture_dialog/capture_dialog.h"
+#include "acquire/iface/iface.h"
 #include "acquire/image_cache/image_cache.h"
 #include "platform/resources.h"
 #include "twain/source.h"
@@ -12,8 +14,8 @@ namespace zyr {
 
 class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
  public:
-  // `images` must outlive the source.
-  ZyrTwainSource(ImageCache& images, CaptureDialogViewFactory makeView);
+  // `images` and `sensors` must outlive the source.
+  ZyrTwainSource(ImageCache& images, IFace& sensors, CaptureDialogViewFactory makeView);
   ~ZyrTwainSource() override;
 
   TW_UINT16 DISPATCHMSG_ImageInfo(const Triplet& triplet) override;
@@ -32,15 +34,22 @@ class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
   void LoadDefaultOptions() override;
   void NotifyXferReady() override;
   void NotifyCloseDSReq() override;
+  bool IsDelivering() const override;
 
  private:
   TW_UINT16 OpenDialog(platform::ResourceModule previousResources);
   bool CreateOrDrop(CaptureDialog& dialog);
   TW_UINT16 FailToOpenDialog(platform::ResourceModule previousResources);
   void DropDialog();
+  void LeaveDialog();
 
-  // The image that the triplets speak of; without one the call fails, with a line in the trace.
-  CachedImage* CurrentImageOrFail(const char* logLine);
+  // The image that the triplets speak of: the one under way, null once that is deleted, or else the
+  // current one.
+  std::shared_ptr<CachedImage> ImageToTransfer() const;
+  // Without one the call fails, with a line in the trace.
+  std::shared_ptr<CachedImage> ImageToTransferOrFail(const char* logLine);
+  // The application has been told of the image, which outside a delivery binds nobody.
+  void SetUnderWay(const std::shared_ptr<CachedImage>& image);
   TW_UINT16 TransferNative(const Triplet& triplet);
   TW_UINT16 TransferFile(const Triplet& triplet);
   TW_UINT16 TransferStrip(const Triplet& triplet);
@@ -48,8 +57,12 @@ class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
   TW_UINT16 FinishTransfer(TW_UINT16 result);
 
   ImageCache& images_;
+  IFace& sensors_;
   CaptureDialogViewFactory makeView_;
   std::shared_ptr<CaptureDialog> dialog_;
+  // From the first triplet about an image until its transfer ends. The user may select, capture and
+  // delete meanwhile; it stays this image that is described, handed over and taken away.
+  std::optional<std::weak_ptr<CachedImage>> underWay_;
   bool imageWasCleared_ = false;  // since the module was loaded
   bool askingToClose_ = false;    // inside the call that asks the application to close
 };

@@ -1,13 +1,11 @@
 #include "acquire/capture_dialog/capture_dialog.h"
 
-#include <utility>
-
-#include "foundation/log/log.h"
+#include "acquire/iface/status_sink.h"
 #include "foundation/support/files.h"
 #include "foundation/support/phrase_lookup.h"
 #include "platform/directories.h"
-#include "platform/progress_window.h"
 #include "platform/prompt.h"
+#include "platform/shell.h"
 #include "settings/directories.h"
 #include "settings/store.h"
 
@@ -17,29 +15,37 @@ namespace {
 using platform::PromptKind;
 
 constexpr uint32_t kReturnDelay = 100;  // milliseconds
+constexpr int kLeastShellSuccess = 33;
 
-constexpr char kFirstStep[] = "Step #1: Acquire New Image";
+// Kinds of status lines that no part of a capture sends at present.
+enum : uintptr_t { kStatusLinePlain = 0, kStatusLineError = 1 };
 
-std::string SettingsFileIn(const std::string& folder) { return folder + "\\Settings.XML"; }
-
-struct Question {
-  const char* title;
+struct Tip {
+  uint32_t command;
   const char* text;
 };
+constexpr Tip kTips[] = {
+    {kCommandAcquireImage,
+     "Click on this option to acquire a single image from a ZYR digital x-ray system."},
+    {kCommandAcquireSeries,
+     "Click on this option to acquire a series of images from a ZYR digital x-ray system."},
+    {kCommandDeleteSelected, "Click on this option to delete the selected images."},
+    {kCommandDeleteAll, "Click on this option to delete all of the currently acquired images."},
+    {kCommandOptions, "This option permits you to change the preferences and settings."},
+    {kCommandThumbnails,
+     "Sets the number of rows and columns of thumbnails that should be displayed simultaneously."},
+    {kCommandHelp, "Displays the on-line help for the ZYR TWAIN source."},
+    {kCommandManualTrigger,
+     "Manually triggers the hardware.  This option is primarily used during testing of the "
+     "hardware and the hardware interface."},
+};
 
-constexpr Question kDeleteSelectedQuestion = {
-    "Delete Selected Images",
-    "Are you sure that you want to delete the selected images?  If you chose to delete these "
-    "images they will be lost forever."};
-constexpr Question kDeleteAllQuestion = {
-    "Delete All Images",
-    "Are you sure that you want to delete ALL of the images?  If you chose to delete these images "
-    "they will be lost forever."};
+// What is disabled while a capture runs, beside what RefreshButtons decides on. The options
+// (kCommandOptions) will join these as soon as they have a dialog.
+constexpr uint32_t kIdleCommands[] = {kCommandAcquireImage, kCommandAcquireSeries,
+                                      kCommandSelectSensor, kCommandThumbnails};
 
-bool IsConfirmed(platform::Window owner, const Question& question) {
-  return platform::ShowPrompt(owner, GetPhrase(question.text), GetPhrase(question.title),
-                              PromptKind::kQuestion);
-}
+std::string SettingsFileIn(const std::string& folder) { return folder + "\\Settings.XML"; }
 
 // `format` names the file by "%s".
 void TellOfFile(platform::Window owner, const char* title, const char* format,
@@ -50,20 +56,31 @@ void TellOfFile(platform::Window owner, const char* title, const char* format,
 
 }  // namespace
 
-CaptureDialog::CaptureDialog(CaptureDialogOwner& owner, ImageCache& images,
+CaptureDialog::CaptureDialog(CaptureDialogOwner& owner, ImageCache& images, IFace& sensors,
                              CaptureDialogViewFactory makeView)
-    : owner_(owner), images_(images), view_(makeView()) {}
+    : owner_(owner),
+      images_(images),
+      sensors_(sensors),
+      view_(makeView()),
+      status_(*view_),
+      choice_(sensors, *view_) {}
 
-CaptureDialog::~CaptureDialog() = default;
+// The view can no longer tell of its window's end.
+CaptureDialog::~CaptureDialog() {
+  if (!windowGone_) GiveUpCapture();
+}
 
 platform::Window CaptureDialog::window() const { return view_->window(); }
 
-bool CaptureDialog::HasWindow() const { return platform::IsWindowAlive(window()); }
+bool CaptureDialog::HasWindow() const { return !windowGone_ && platform::IsWindowAlive(window()); }
 
 bool CaptureDialog::Create(platform::Window parent) {
   const auto self = shared_from_this();
   if (!view_->Create(this, parent)) return false;
   images_.LoadAll();
+  SetTips();
+  ApplyThumbnailGrid();
+  view_->SetButtonEnabled(kCommandOptions, false);
   const bool canGoOn = CheckRequiredFiles();
   if (!HasWindow()) return true;  // the application closed it behind a message box
   if (!canGoOn) {
@@ -72,25 +89,37 @@ bool CaptureDialog::Create(platform::Window parent) {
     return true;
   }
   RestoreWindowPlacement(window());
-  ShowInfo(GetPhrase("What Is This Message Area?"),
-           GetPhrase("As the TWAIN source progresses through the various stages of image capture, "
-                     "status messages indicating the current step in the acquisition process will "
-                     "be displayed in this area.  After an image has been acquired, this area will "
-                     "change into an image display area."));
-  ShowInfo(GetPhrase(kFirstStep),
-           GetPhrase("To acquire an image from the ZYR hardware, click on the 'Acquire Images' "
-                     "button."));
+  ShowFirstSteps();
   view_->Show();
   RefreshButtons();
   DecideHowToStart();
   return true;
 }
 
-// Leaves the application's window messages time before the images go out.
+void CaptureDialog::SetTips() {
+  for (const Tip& tip : kTips) view_->SetButtonTip(tip.command, GetPhrase(tip.text));
+  view_->SetButtonTip(kCommandSelectSensor, choice_.Tip());
+}
+
+void CaptureDialog::ShowFirstSteps() {
+  ShowInfo(GetPhrase("What Is This Message Area?"),
+           GetPhrase("As the TWAIN source progresses through the various stages of image capture, "
+                     "status messages indicating the current step in the acquisition process will "
+                     "be displayed in this area.  After an image has been acquired, this area will "
+                     "change into an image display area."));
+  ShowInfo(GetPhrase("Step #1: Acquire New Image"),
+           GetPhrase("To acquire an image from the ZYR hardware, click on the 'Acquire Images' "
+                     "button."));
+}
+
+// The delay leaves the application's window messages time before the images go out.
 void CaptureDialog::DecideHowToStart() {
-  if (images_.GetCount() == 0) return;
-  OnRefreshThumbnails();
-  if (GetReturnImmediatelyIfAvailable()) view_->StartReturnTimer(kReturnDelay);
+  if (images_.GetCount() != 0) {
+    RefreshThumbnails();
+    if (GetReturnImmediatelyIfAvailable()) view_->StartReturnTimer(kReturnDelay);
+  } else if (GetProceedDirectlyToScan()) {
+    OnCommand(GetSISingleCaptureMode() ? kCommandAcquireImage : kCommandAcquireSeries);
+  }
 }
 
 bool CaptureDialog::CheckRequiredFiles() {
@@ -117,15 +146,72 @@ bool CaptureDialog::CheckRequiredFiles() {
 void CaptureDialog::OnCommand(uint32_t command) {
   const auto self = shared_from_this();
   switch (command) {
-    case kCommandReturnImages:
-      return ReturnImages();
     case kCommandCancel:
       return CancelOrClose();
+    case kCommandManualTrigger:
+      if (capturing_ && finishExpected_) sensors_.ManualTrigger();
+      return;
+    case kCommandHelp:
+      return OpenHelp();
+    default:
+      break;
+  }
+  if (IsBusy()) return;
+  switch (command) {
+    case kCommandAcquireSeries:
+      EnterSeriesMode();
+      return StartCapture();
+    case kCommandAcquireImage:
+      return StartCapture();
+    case kCommandSelectSensor:
+      return SelectSensorByHand();
+    case kCommandReturnImages:
+      return ReturnImages();
     case kCommandDeleteSelected:
     case kCommandDeleteAll:
       return DeleteImages(command);
+    case kCommandThumbnails:
+      return ChooseThumbnailGrid();
     default:
       return;
+  }
+}
+
+intptr_t CaptureDialog::OnMessage(uint32_t message, uintptr_t wParam, intptr_t lParam) {
+  const auto self = shared_from_this();
+  switch (message) {
+    case kMessageStatusLine:
+      // The dialog manager has a message of that number, too.
+      if (lParam == 0) return 0;
+      return OnStatusLine(wParam, *reinterpret_cast<const StatusRecord*>(lParam));
+    case kMessageExposureReady:
+      OnExposureReady();
+      return 0;
+    case kMessageCaptureFinished:
+      OnCaptureFinished(wParam != 0, reinterpret_cast<platform::GlobalHandle>(lParam));
+      return 0;
+    case kMessageRefreshThumbnails:
+      RefreshThumbnails();
+      return 0;
+    default:
+      return 0;
+  }
+}
+
+intptr_t CaptureDialog::OnStatusLine(uintptr_t kind, const StatusRecord& record) {
+  switch (kind) {
+    case kStatusLineUpdate:
+      status_.Rewrite(record.line, record.title, record.text);
+      return record.line;
+    case kStatusLinePlain:
+    case kStatusLineNew:
+      return AddStatus(kStatusInformation, record.title, record.text);
+    case kStatusLineError:
+      return AddStatus(kStatusError, record.title, record.text);
+    case kStatusLineFinal:
+      return AddStatus(kStatusFinal, record.title, record.text);
+    default:
+      return kNoStatusLine;
   }
 }
 
@@ -135,76 +221,83 @@ void CaptureDialog::OnReturnTimer() {
   ReturnImages();
 }
 
-void CaptureDialog::OnRefreshThumbnails() {
-  if (!HasWindow()) return;
-  const auto self = shared_from_this();
-  if (images_.GetCount() == 0) {
-    ShowInfo(GetPhrase(kFirstStep),
-             GetPhrase("To acquire an image from the ZYR hardware, click on one of the 'Acquire "
-                       "Image' buttons."));
-  }
-  RefreshButtons();
+void CaptureDialog::OnWindowGone() {
+  const auto self = weak_from_this().lock();  // none while the object is being deleted
+  windowGone_ = true;
+  GiveUpCapture();
 }
 
-void CaptureDialog::ReturnImages() {
+void CaptureDialog::SelectSensorByHand() {
+  choice_.Select(true);
+  if (!HasWindow()) return;
+  view_->SetButtonTip(kCommandSelectSensor, choice_.Tip());
+  ShowSensor();
+  if (images_.GetCount() != 0) RefreshThumbnails();
+}
+
+void CaptureDialog::ChooseThumbnailGrid() {
+  const auto size = view_->AskForThumbnailGrid({GetThumbnailRows(), GetThumbnailCols()});
+  if (!size) return;
+  SetThumbnailRows(size->rows);
+  SetThumbnailCols(size->columns);
+  view_->SetThumbnailGrid(*size);
+}
+
+void CaptureDialog::OpenHelp() {
+  const std::string path = GetSourceDirectory() + "\\ZYRTWAIN.CHM";
+  if (platform::OpenWithShell(path) >= kLeastShellSuccess) return;
+  TellOfFile(window(), "Unable To Open Help",
+             "The on-line help could not be opened.  Please be sure that the following file is "
+             "available and then retry the operation.\n\n%s",
+             path, PromptKind::kWarning);
+}
+
+// A capture is told to end and ends with its last message. One that is being set up, or ends
+// already, is not interrupted.
+void CaptureDialog::CancelOrClose() {
+  if (settingUp_ || abort_requested || closing_) return;
   const auto self = shared_from_this();
-  if (images_.GetCount() == 0) {
-    platform::ShowPrompt(
-        window(),
-        GetPhrase("There are no images available to return to the calling application.  Please "
-                  "scan additional images by clicking on the 'Scan New Images' option or click on "
-                  "the Cancel button."),
-        GetPhrase("No Images Available"), PromptKind::kWarning);
+  if (capturing_) {
+    abort_requested = true;
+    sensors_.ManualTrigger();
+    capturing_ = false;
     return;
   }
-  SaveWindowPlacement(window());
-  platform::ProgressWindow progress(GetPhrase("Preparing images for return"));
-  const size_t count = images_.GetCount();
-  for (size_t i = 0; i < count; ++i) {
-    progress.Advance(static_cast<double>(i) / static_cast<double>(count));
-    images_.GetAt(i)->TurnTopDown();
-  }
-  owner_.NotifyXferReady();
-}
-
-void CaptureDialog::CancelOrClose() {
-  if (std::exchange(closing_, true)) return;
-  const auto self = shared_from_this();
+  closing_ = true;
+  SaveRemainingImages();
   SaveWindowPlacement(window());
   owner_.NotifyCloseDSReq();
   view_->Close();
 }
 
-void CaptureDialog::DeleteImages(uint32_t command) {
-  const bool all = command == kCommandDeleteAll;
-  if (!IsConfirmed(window(), all ? kDeleteAllQuestion : kDeleteSelectedQuestion)) return;
-  if (all) {
-    images_.DeleteAll();
-  } else {
-    images_.DeleteSelected();
-  }
-  OnRefreshThumbnails();
+void CaptureDialog::EnableButtons(bool enable) {
+  for (const uint32_t command : kIdleCommands) view_->SetButtonEnabled(command, enable);
+  RefreshButtons();
 }
 
 void CaptureDialog::RefreshButtons() {
-  const bool any = images_.GetCount() != 0;
+  const bool any = !IsBusy() && images_.GetCount() != 0;
   view_->SetButtonEnabled(kCommandReturnImages, any);
-  view_->SetButtonEnabled(kCommandDeleteSelected, images_.AnySelected());
+  view_->SetButtonEnabled(kCommandDeleteSelected, any && images_.AnySelected());
   view_->SetButtonEnabled(kCommandDeleteAll, any);
 }
 
-void CaptureDialog::ShowStatus(StatusKind kind, const std::string& title,
-                               const std::string& text) {
-  lastStatusText_ = text;
-  view_->AddStatus(kind, title, text);
-  Log().WriteLine("CAPTURE STATUS MESSAGE: %s -> %s", title.c_str(), text.c_str());
+void CaptureDialog::ShowStatus(StatusKind kind, const std::string& title, const std::string& text) {
+  AddStatus(kind, title, text);
 }
 
-void CaptureDialog::ShowStatusDetail(const std::string& text) {
-  lastStatusText_ += '\n' + text;
-  view_->SetLastStatusText(lastStatusText_);
-  Log().WriteLine("     %s", text.c_str());
+int32_t CaptureDialog::AddStatus(StatusKind kind, const std::string& title,
+                                 const std::string& text) {
+  ShowStatusPanel();
+  return status_.Add(kind, title, text);
 }
+
+void CaptureDialog::ShowStatusPanel() {
+  thumbnailsVisible_ = seriesMode_;
+  view_->ShowPanel(CapturePanel::kStatus);
+}
+
+void CaptureDialog::ShowStatusDetail(const std::string& text) { status_.AddDetail(text); }
 
 void CaptureDialog::ShowInfo(const std::string& title, const std::string& text) {
   ShowStatus(kStatusInformation, title, text);

@@ -2,24 +2,32 @@
 // the application. This is what it does; what it shows is in its view.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "acquire/capture_dialog/capture_dialog_owner.h"
 #include "acquire/capture_dialog/capture_dialog_view.h"
+#include "acquire/capture_dialog/sensor_choice.h"
+#include "acquire/capture_dialog/status_lines.h"
+#include "acquire/iface/iface.h"
 #include "acquire/image_cache/image_cache.h"
+#include "platform/global_memory.h"
 
 namespace zyr {
+
+// Private messages of the window, beside those of the sensor interface.
+inline constexpr uint32_t kMessageStatusLine = 1026;  // sent: kind of a line, StatusRecord
+inline constexpr uint32_t kMessageRefreshThumbnails = 1079;
 
 // Held by shared pointer: an event keeps the object alive until it is handled, even if the owner
 // lets go of it meanwhile. User-interface thread only.
 class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
  public:
-  // Private messages of the window.
-  static constexpr uint32_t kMessageRefreshThumbnails = 1079;
-
-  CaptureDialog(CaptureDialogOwner& owner, ImageCache& images, CaptureDialogViewFactory makeView);
+  // All of them must outlive the dialog.
+  CaptureDialog(CaptureDialogOwner& owner, ImageCache& images, IFace& sensors,
+                CaptureDialogViewFactory makeView);
   ~CaptureDialog();  // destroys the window
 
   // Makes and shows the window and decides how to go on. False if the window cannot be made. True
@@ -30,11 +38,22 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   // Events of the view.
   void OnCommand(uint32_t command);
   void OnReturnTimer();
-  void OnRefreshThumbnails();
+  // Any private message of the window; the answer is its result.
+  intptr_t OnMessage(uint32_t message, uintptr_t wParam, intptr_t lParam);
+  void OnThumbnailSelected(size_t index, bool selected);
+  void OnThumbnailOpened(size_t index);
+  // Whatever destroyed the window: a capture under way is ended, and what it has taken is kept.
+  void OnWindowGone();
+
+  // What the view asks for.
+  size_t ThumbnailCount() const { return images_.GetCount(); }
+  bool IsThumbnailSelected(size_t index) const;
+  // The image made small to fit so many pixels, upright; null if it cannot be shown.
+  std::unique_ptr<CKIPImage> Thumbnail(size_t index, uint32_t mostWidth, uint32_t mostHeight);
 
   // "Return Image(s)".
   void ReturnImages();
-  // "Cancel", and the window's closing.
+  // "Cancel" or "Stop Capture", and the window's closing.
   void CancelOrClose();
   void RefreshButtons();
 
@@ -45,15 +64,69 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
  private:
   // False if the acquisition cannot go on.
   bool CheckRequiredFiles();
+  void SetTips();
+  void ShowFirstSteps();
   void DecideHowToStart();
-  void DeleteImages(uint32_t command);
+  void OpenHelp();
+  void ChooseThumbnailGrid();
+  void SelectSensorByHand();
   bool HasWindow() const;
+  // From the press of a button until its last capture is dealt with, be it given up or not.
+  bool IsBusy() const { return capturing_ || finishExpected_ || takingImage_; }
+  void EnableButtons(bool enable);
+  intptr_t OnStatusLine(uintptr_t kind, const StatusRecord& record);
+  int32_t AddStatus(StatusKind kind, const std::string& title, const std::string& text);
+  void ShowStatusPanel();
+
+  // The course of a capture.
+  void StartCapture();
+  bool PrepareCapture();
+  bool ChooseSensor();
+  bool OpenHardware();
+  bool SpawnCaptureThread();
+  bool InvokeCaptureThread();
+  bool FailSetUp(const char* operation);
+  void OnExposureReady();
+  void OnCaptureFinished(bool failed, platform::GlobalHandle image);
+  // True if the capture brings none that is wanted.
+  bool TellIfNoImage(bool failed, platform::GlobalHandle image);
+  void GoOnWithSeries();
+  void FinishSingleCapture();
+  void GoIdle();
+  void EndWithoutImage();
+  void GiveUpCapture();
+  void EnterSeriesMode();
+  void LeaveSeriesMode();
+  void ShowSensor();
+
+  // What becomes of its image.
+  void TakeImage(platform::GlobalHandle handle);  // takes it over
+  void EnhanceImage(CachedImage& image);
+  void SaveImage(CachedImage& image);
+  // Those that could not be saved so far.
+  void SaveRemainingImages();
+  void DropOtherImages(const CachedImage& newest);
+
+  void RefreshThumbnails();
+  void ShowThumbnailPanel();
+  void ApplyThumbnailGrid();
+  void DeleteImages(uint32_t command);
 
   CaptureDialogOwner& owner_;
   ImageCache& images_;
+  IFace& sensors_;
   std::unique_ptr<CaptureDialogView> view_;
-  std::string lastStatusText_;
+  StatusLines status_;
+  SensorChoice choice_;
+  DeviceEntry sensor_;  // of the present capture
+  bool capturing_ = false;
+  bool settingUp_ = false;
+  bool seriesMode_ = false;
+  bool finishExpected_ = false;  // a capture runs, and its last message has not been handled
+  bool takingImage_ = false;
+  bool thumbnailsVisible_ = false;
   bool closing_ = false;
+  bool windowGone_ = false;
 };
 
 }  // namespace zyr

@@ -3,7 +3,7 @@
 
 namespace zyr {
 
-// Both may come back into the dialog, and may even delete it, before they return.
+// The notifications may come back into the dialog, and may even delete it, before they return.
 class CaptureDialogOwner {
  public:
   virtual ~CaptureDialogOwner() = default;
@@ -11,6 +11,9 @@ class CaptureDialogOwner {
   virtual void NotifyXferReady() = 0;
   // The user or the dialog is done.
   virtual void NotifyCloseDSReq() = 0;
+  // Whether the application has been told of images and has not fetched them all: what is captured
+  // meanwhile goes out with them.
+  virtual bool IsDelivering() const = 0;
 };
 
 }  // namespace zyr

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "acquire/sensor_selection/sensor_selection_view.h"
 #include "platform/messages.h"
 
 namespace zyr {
@@ -35,7 +37,17 @@ enum StatusKind : uint32_t {
   kStatusFinal = 30017,
 };
 
-// Calls back into its dialog's On... operations. User-interface thread only.
+// What fills the large area of the window.
+enum class CapturePanel { kStatus, kExposure, kThumbnails };
+
+struct ThumbnailGridSize {
+  uint32_t rows = 0;
+  uint32_t columns = 0;
+};
+
+// Calls back into its dialog: On... for what the user does, OnMessage for every private message of
+// the window, and OnWindowGone as the last thing of all. Texts come translated. User-interface
+// thread only. Once the window is gone, operations do nothing.
 class CaptureDialogView {
  public:
   virtual ~CaptureDialogView() = default;  // destroys the window first
@@ -48,11 +60,33 @@ class CaptureDialogView {
   virtual void Close() = 0;
 
   virtual void SetButtonEnabled(uint32_t command, bool enabled) = 0;
+  virtual void SetButtonVisible(uint32_t command, bool visible) = 0;
+  virtual void SetButtonCaption(uint32_t command, const std::string& caption) = 0;
+  virtual void SetButtonTip(uint32_t command, const std::string& tip) = 0;
+
+  // Outside a series one panel is seen at a time. In a series the thumbnails stay in view, and the
+  // other two share what room they leave.
+  virtual void SetSeriesLayout(bool series) = 0;
+  virtual void ShowPanel(CapturePanel panel) = 0;
+  virtual void SetExposureText(const std::string& text) = 0;
+
   virtual void ClearStatus() = 0;
-  // Adds a line at the end and makes the status panel visible.
-  virtual void AddStatus(StatusKind kind, const std::string& title, const std::string& text) = 0;
+  // Adds a line at the end; its number, counted from 0.
+  virtual int32_t AddStatus(StatusKind kind, const std::string& title, const std::string& text) = 0;
+  // Ignored past the end.
+  virtual void SetStatus(int32_t line, const std::string& title, const std::string& text) = 0;
   // Replaces the text of the last line.
   virtual void SetLastStatusText(const std::string& text) = 0;
+
+  virtual void SetThumbnailGrid(ThumbnailGridSize size) = 0;
+  // The images are others than before, or look different: asks the dialog for them again, for those
+  // that are in view, and not all at once.
+  virtual void RefreshThumbnails() = 0;
+
+  // Modal dialogs above the window.
+  virtual std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() = 0;
+  // The user's choice; null for Cancel.
+  virtual std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) = 0;
 
   // One shot: OnReturnTimer of the dialog after so many milliseconds.
   virtual void StartReturnTimer(uint32_t milliseconds) = 0;

@@ -9,6 +9,7 @@
 #include "foundation/support/phrase_lookup.h"
 #include "hardware/device/sensor_settings.h"
 #include "platform/ascii.h"
+#include "platform/own_module.h"
 #include "platform/prompt.h"
 #include "settings/store.h"
 
@@ -39,6 +40,10 @@ int32_t FailToOpen(const DeviceEntry& device) {
   return 0;
 }
 
+int32_t FailToStart() {
+  return Fail("The system was unable to create the necessary callback thread.");
+}
+
 bool IsBlank(const std::string& text) {
   return text.find_first_not_of(" \t\r\n\v\f") == std::string::npos;
 }
@@ -54,19 +59,21 @@ std::string Number(uint32_t value) { return FormatText("%lu", Lu(value)); }
 IFace::IFace(DevMgr* deviceManager) : deviceManager_(deviceManager) {}
 
 IFace::~IFace() {
-  if (deviceManager_ != nullptr) deviceManager_->Finalize();
+  if (deviceManager_ != nullptr && !platform::ProcessIsEnding()) deviceManager_->Finalize();
 }
 
 int32_t IFace::Initialize() {
   if (deviceManager_ == nullptr) return 0;
   if (initialised_) return 1;
   if (!SensorSettings().Load()) return ShowInitializeFailure();
+  DevMgr& manager = *deviceManager_;
   const Result result =
-      deviceManager_->Initialize([this](const std::string& text, int32_t code, int32_t percent) {
+      manager.Initialize([this](const std::string& text, int32_t code, int32_t percent) {
         OnNotify(text, code, percent);
       });
   if (Failed(result)) {
     deviceManager_ = nullptr;  // before the box, during which calls may come
+    manager.Finalize();
     return ShowInitializeFailure();
   }
   initialised_ = true;
@@ -141,8 +148,16 @@ void IFace::CloseZYRHardware() {
   device->Close();
 }
 
+// The device would keep a trigger that nothing waits for, and fire the next capture with it.
 void IFace::ManualTrigger() {
-  if (device_ != nullptr) device_->ManualTrigger();
+  const auto capture = CurrentCapture();
+  if (capture == nullptr) return;
+  capture->triggerWanted = true;
+  PassTrigger(*capture);
+}
+
+void IFace::PassTrigger(Capture& capture) {
+  if (capture.waiting && capture.triggerWanted.exchange(false)) capture.device->ManualTrigger();
 }
 
 int32_t IFace::SetCaptureConfigurationPreferences() {
@@ -181,25 +196,26 @@ int32_t IFace::Apply(const Preference& preference) {
 int32_t IFace::CaptureImage(platform::Window dialog) {
   if (dialog == nullptr || IsCapturing()) return Fail("An internal error occurred");
   if (device_ == nullptr) return Fail("No ZYR hardware was opened");
-  LoadStamp();  // here, where the choice of the module to look in is nobody else's
   const auto capture = std::make_shared<Capture>();
   device_->AddRef();
   capture->device.reset(device_.get());
   capture->dialog = dialog;
-  if (WaitForCaptureThread(kLastCapturePatience)) {
-    {
-      const std::lock_guard lock(mutex_);
-      capture_ = capture;
-    }
-    captureThread_ =
-        platform::StartThread([this, capture] { return RunCaptureProc(*capture); }, nullptr);
-    if (captureThread_ != nullptr) {
-      captureThread_->MakeTimeCritical();
-      return 1;
-    }
-    ForgetCapture();
+  // In a series the last thread has nothing left but to end.
+  if (!WaitForCaptureThread(kLastCapturePatience) || IsCapturing()) return FailToStart();
+  dialog_ = dialog;
+  LoadStamp();  // here, where the choice of the module to look in is nobody else's
+  {
+    const std::lock_guard lock(mutex_);
+    capture_ = capture;
   }
-  return Fail("The system was unable to create the necessary callback thread.");
+  captureThread_ =
+      platform::StartThread([this, capture] { return RunCaptureProc(*capture); }, nullptr);
+  if (captureThread_ == nullptr) {
+    ForgetCapture();
+    return FailToStart();
+  }
+  captureThread_->MakeTimeCritical();
+  return 1;
 }
 
 bool IFace::IsCapturing() const {
@@ -207,8 +223,34 @@ bool IFace::IsCapturing() const {
   return capture != nullptr && capture->capturing;
 }
 
+// The wait handles sent messages, from which calls may come that replace the thread.
 bool IFace::WaitForCaptureThread(uint32_t milliseconds) {
-  return captureThread_ == nullptr || captureThread_->Join(milliseconds);
+  const auto thread = captureThread_;
+  return thread == nullptr || thread->Join(milliseconds);
+}
+
+bool IFace::EndCapture(uint32_t milliseconds) {
+  abort_requested = true;  // ends the waits that speak to no hardware
+  CloseZYRHardware();      // and this those that do
+  const bool isOver = WaitForCaptureThread(milliseconds);
+  abort_requested = false;
+  // In the queue of a window that goes, the image would be nobody's.
+  platform::FreeBlock(TakeFinishBack());
+  if (isOver) dialog_ = nullptr;
+  return isOver;
+}
+
+platform::GlobalHandle IFace::TakeImageOver(uint32_t milliseconds) {
+  const auto capture = CurrentCapture();
+  if (capture == nullptr || !capture->exposed) return nullptr;
+  return WaitForCaptureThread(milliseconds) ? TakeFinishBack() : nullptr;
+}
+
+platform::GlobalHandle IFace::TakeFinishBack() const {
+  uintptr_t failed = 0;
+  intptr_t image = 0;
+  if (!platform::TakePosted(dialog_, kMessageCaptureFinished, &failed, &image)) return nullptr;
+  return reinterpret_cast<platform::GlobalHandle>(image);
 }
 
 // Its thread may go on for a while, unheard.

@@ -48,6 +48,10 @@ class IFace {
   // the manager's is final.
   int32_t Initialize();
   uint32_t GetDevices(std::vector<DeviceEntry>* devices);
+  // Another number whenever a sensor has come or gone.
+  uint32_t GetDeviceChanges() const {
+    return deviceManager_ != nullptr ? deviceManager_->GetChanges() : 0;
+  }
   int32_t IsDeviceAvailable(const std::string& deviceId);
   // Opens the sensor that the user has selected, or one given.
   int32_t CreateLumoDevice();
@@ -55,7 +59,8 @@ class IFace {
                            const std::string& deviceId);
   // A capture under way fails at its next transfer, and posts nothing any more.
   void CloseZYRHardware();
-  // Any time during the wait for an exposure.
+  // Any time. Before the sensor is armed it counts from then on; without a capture that waits, or
+  // will, for its exposure it is void.
   void ManualTrigger();
   // Hands the user's preferences to the open device.
   int32_t SetCaptureConfigurationPreferences();
@@ -65,9 +70,18 @@ class IFace {
   int32_t CaptureImage(platform::Window dialog);
 
   bool IsCapturing() const;
-  // False if the thread of the last capture still runs after so many milliseconds. To be asked
-  // before the module goes: no thread may run in code that is unloaded.
+  // False if the thread of the last capture still runs after so many milliseconds.
   bool WaitForCaptureThread(uint32_t milliseconds);
+  // Gives up whatever capture runs and closes the hardware; harmless if none does. To be called
+  // before the dialog's window or the module goes: no thread may run in code that is unloaded.
+  // A finish message that the window has not handled is taken back, with its image. Messages that
+  // are sent meanwhile are handled. False if the thread still runs after so many milliseconds; it
+  // can be asked again. The abort flag is clear afterwards.
+  bool EndCapture(uint32_t milliseconds);
+  // For before EndCapture: the image of a capture whose exposure has been made, which nobody should
+  // have to make again, instead of its finish message. Waits for it as long as that; null if there
+  // is none by then. The caller's, as with the message.
+  platform::GlobalHandle TakeImageOver(uint32_t milliseconds);
 
   // What the devices call, on the capture thread.
   void OnNotify(const std::string& text, int32_t code, int32_t percent);
@@ -82,6 +96,9 @@ class IFace {
     std::atomic<platform::Window> dialog = nullptr;
     std::atomic<bool> capturing = true;
     std::atomic<bool> finished = false;  // the finish message is out
+    std::atomic<bool> waiting = false;   // for the exposure
+    std::atomic<bool> triggerWanted = false;
+    std::atomic<bool> exposed = false;
   };
   // One property of a device and its value; `failure` is said if the device refuses it.
   struct Preference {
@@ -92,6 +109,8 @@ class IFace {
 
   int32_t ShowInitializeFailure() const;
   void ForgetCapture();
+  platform::GlobalHandle TakeFinishBack() const;
+  static void PassTrigger(Capture& capture);
   int32_t Apply(const Preference& preference);
   std::shared_ptr<Capture> CurrentCapture() const;
 
@@ -108,9 +127,10 @@ class IFace {
 
   bool initialised_ = false;
   Held<Device> device_;
-  std::unique_ptr<platform::Thread> captureThread_;
+  std::shared_ptr<platform::Thread> captureThread_;  // held by whoever waits for it, too
   std::unique_ptr<CKIPImage> stamp_;
   bool stampSought_ = false;
+  platform::Window dialog_ = nullptr;  // of the last capture, until EndCapture
   DevMgr* deviceManager_;
   mutable std::mutex mutex_;  // guards capture_ itself, not what it points to
   std::shared_ptr<Capture> capture_;

@@ -72,6 +72,9 @@ void IFace::OnNotify(const std::string& text, int32_t code, int32_t percent) {
 }
 
 void IFace::OnExposure(Capture& capture, const std::string& sensor, int32_t percent) {
+  capture.waiting = percent == 0;
+  capture.exposed = percent != 0;
+  PassTrigger(capture);
   PostLine(kStatusLineNew, LabelOf(kNotifyExposure), sensor);
   if (percent == 0 && !abort_requested) {
     platform::PostToWindow(capture.dialog, kMessageExposureReady, 1, 0);
@@ -95,7 +98,9 @@ uint32_t IFace::RunCaptureProc(Capture& capture) {
 
 uint32_t IFace::CaptureProc(Capture& capture) {
   Device& device = *capture.device;
-  if (Failed(device.CaptureImage())) return FailCapture(capture);
+  const Result captured = device.CaptureImage();
+  capture.waiting = false;
+  if (Failed(captured) || capture.dialog == nullptr) return FailCapture(capture);
   SensorImage* taken = nullptr;
   if (Failed(device.GetImage(OFFSET_DEFECT_HISTOGRAM_CORRECTED, &taken))) {
     SetErrorText(kErrorUnclassified, GetPhrase("Unable to get image data from ZYR interface."));

@@ -61,6 +61,8 @@ class CachedImage : public ImageDescription {
   // whose name somebody else has taken meanwhile gets another one. What stood on disk before a
   // failure is still there after it.
   bool Save();
+  // Whether the present pixels were written, or read, when the disk was last used.
+  bool IsSaved() const { return stored_; }
   // Deletes the cache file and the preview file, if they are this image's.
   void RemoveFiles();
   std::string PreviewFileName() const;

@@ -1,6 +1,5 @@
 #include "acquire/image_cache/captured_pixels.h"
 
-#include <cstring>
 #include <memory>
 #include <new>
 
@@ -31,10 +30,11 @@ void Store(const ImageDescription& description, std::vector<uint8_t> pixels, Cac
 bool TakeDeep(const CKIPDeepImage& picture, CachedImage* image) {
   ImageDescription description = *image;
   if (!Describe(picture, kStoredDeepDepth, &description)) return false;
-  std::vector<uint8_t> pixels(description.PixelDataSize());
-  const size_t rowBytes = description.RowBytes();
+  std::vector<uint8_t> pixels;
+  pixels.reserve(description.PixelDataSize());
   for (uint32_t row = 0; row < description.height; ++row) {
-    std::memcpy(pixels.data() + row * rowBytes, picture.GetRow(row), rowBytes);
+    const auto* const first = reinterpret_cast<const uint8_t*>(picture.GetRow(row));
+    pixels.insert(pixels.end(), first, first + description.RowBytes());
   }
   Store(description, std::move(pixels), image);
   return true;

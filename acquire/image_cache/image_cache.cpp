@@ -46,7 +46,7 @@ void RemoveAbandonedFiles(const std::string& folder) {
   }
 }
 
-bool IsOlder(const std::unique_ptr<CachedImage>& a, const std::unique_ptr<CachedImage>& b) {
+bool IsOlder(const std::shared_ptr<CachedImage>& a, const std::shared_ptr<CachedImage>& b) {
   return std::tie(a->captureTime, a->frameNumber) < std::tie(b->captureTime, b->frameNumber);
 }
 
@@ -62,7 +62,7 @@ CachedImage* ImageCache::AddFromHandle(const std::string& sensorName,
                                        uint32_t frameNumber, const std::string& sensorId) {
   if (imageHandle == nullptr) return nullptr;
   std::unique_ptr<void, void (*)(platform::GlobalHandle)> owned(imageHandle, platform::FreeBlock);
-  auto image = std::make_unique<CachedImage>();
+  auto image = std::make_shared<CachedImage>();
   image->isZyr303 = std::strstr(sensorName.c_str(), "2000") == nullptr;
   image->captureTime = captureTime;
   image->frameNumber = frameNumber;
@@ -87,7 +87,7 @@ void ImageCache::LoadAll() {
   for (size_t i = 0; i < paths.size(); ++i) {
     progress.Advance(static_cast<double>(i) / static_cast<double>(paths.size()));
     if (known.contains(LowerAscii(paths[i]))) continue;
-    auto image = std::make_unique<CachedImage>();
+    auto image = std::make_shared<CachedImage>();
     if (image->Load(paths[i])) images_.push_back(std::move(image));
   }
   std::stable_sort(images_.begin(), images_.end(), IsOlder);
@@ -114,15 +114,20 @@ void ImageCache::SetSelected(size_t index, bool flag) {
   if (CachedImage* image = GetAt(index)) image->selected = flag;
 }
 
-ImageCache::List::iterator ImageCache::Find(const CachedImage* image) {
+ImageCache::List::const_iterator ImageCache::Find(const CachedImage* image) const {
   return std::find_if(images_.begin(), images_.end(),
                       [=](const auto& candidate) { return candidate.get() == image; });
+}
+
+std::shared_ptr<CachedImage> ImageCache::Share(const CachedImage* image) const {
+  const auto found = Find(image);
+  return found == images_.end() ? nullptr : *found;
 }
 
 void ImageCache::Remove(const CachedImage* image) {
   const auto found = Find(image);
   if (found == images_.end()) return;
-  const std::unique_ptr<CachedImage> removed = std::move(*found);
+  const std::shared_ptr<CachedImage> removed = *found;
   images_.erase(found);
   removed->RemoveFiles();
 }

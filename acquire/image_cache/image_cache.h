@@ -29,6 +29,9 @@ class ImageCache {
 
   // The first selected image, the first of all if none is selected, null if there is none.
   CachedImage* GetCurrent() const;
+  // Of an image in the list, for whoever has to know it again: whoever holds more than a weak
+  // pointer keeps it alive after its removal. Null for any other address.
+  std::shared_ptr<CachedImage> Share(const CachedImage* image) const;
   size_t CountSelected() const;
   bool AnySelected() const;
   size_t GetCount() const { return images_.size(); }
@@ -49,10 +52,10 @@ class ImageCache {
   std::string DescribeLastSensor() const;
 
  private:
-  using List = std::vector<std::unique_ptr<CachedImage>>;
+  using List = std::vector<std::shared_ptr<CachedImage>>;
   using NameSet = std::unordered_set<std::string>;
 
-  List::iterator Find(const CachedImage* image);
+  List::const_iterator Find(const CachedImage* image) const;
   NameSet KnownNames() const;  // of the files, in small letters
   std::string NewFileName() const;
   void CheckDriveSpace();

@@ -141,6 +141,8 @@ bool DevMgr::GetDevice(uint32_t index, std::string* name, std::string* instanceI
   return true;
 }
 
+uint32_t DevMgr::GetChanges() const { return changes_; }
+
 Result DevMgr::InstallMonitor() {
   if (monitor_ != nullptr) return kOk;
   platform::MonitorFailure failure;
@@ -198,6 +200,7 @@ void DevMgr::AddSensor(platform::DeviceEnumeration& devices) {
     Log().WriteLine("DevMgr::AddSensor()::No settings: %s", instanceId->c_str());
   } else if (OpenSensor(*record)) {
     records_.push_back(std::move(*record));
+    ++changes_;
   }
 }
 
@@ -252,6 +255,7 @@ void DevMgr::DropDevice(const std::string& instanceId) {
   if (found == records_.end()) return;
   const DeviceRecord gone = std::move(*found);
   records_.erase(found);
+  ++changes_;
   gone.device->Close();
 }
 

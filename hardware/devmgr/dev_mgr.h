@@ -58,6 +58,8 @@ class DevMgr {
   // captures. False, with the outputs left alone, if there are not so many.
   virtual bool GetDevice(uint32_t index, std::string* name, std::string* instanceId,
                          std::string* sensorId);
+  // How often the list of sensors has changed so far.
+  virtual uint32_t GetChanges() const;
 
   // Releases the devices. Waits for nothing, so it may run while the module is being unloaded.
   virtual ~DevMgr();
@@ -85,6 +87,7 @@ class DevMgr {
   DeviceMaker makeDevice_;
   uint32_t references_ = 0;
   std::vector<DeviceRecord> records_;
+  uint32_t changes_ = 0;  // of records_
   bool initialised_ = false;
   DeviceCallback callback_;
   bool scanning_ = false;

@@ -16,6 +16,7 @@ void ResetAll() {
   ResetDrawing();
   ResetResources();
   ResetShell();
+  ResetSounds();
   ResetDirectories();
   ResetVersions();
   ResetSystemInfo();

@@ -16,6 +16,7 @@
 #include "platform/host/registry.h"
 #include "platform/host/resources.h"
 #include "platform/host/shell.h"
+#include "platform/host/sound.h"
 #include "platform/host/system_info.h"
 #include "platform/host/thread.h"
 #include "platform/host/usb_driver.h"

@@ -1,5 +1,6 @@
 #include "platform/host/messages.h"
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <mutex>
@@ -55,6 +56,19 @@ bool PostToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lP
   const std::lock_guard lock(state.mutex);
   if (state.windows.count(window) == 0) return false;
   state.queue.push_back({window, message, wParam, lParam});
+  return true;
+}
+
+bool TakePosted(Window window, uint32_t message, uintptr_t* wParam, intptr_t* lParam) {
+  State& state = TheState();
+  const std::lock_guard lock(state.mutex);
+  const auto found = std::find_if(
+      state.queue.begin(), state.queue.end(),
+      [&](const host::PostedMessage& m) { return m.window == window && m.message == message; });
+  if (found == state.queue.end()) return false;
+  *wParam = found->wParam;
+  *lParam = found->lParam;
+  state.queue.erase(found);
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/device_bus.h"
+#include "platform/own_module.h"
 #include "platform/win32/device_bus.h"
 // After the system's headers.
 #include <dbt.h>
@@ -105,6 +106,7 @@ bool Monitor::Start(MonitorFailure* failure) {
 // A window dies on its own thread only. On another one it is left behind, and must not lead into
 // this module any more, which may be about to be unloaded.
 Monitor::~Monitor() {
+  if (ProcessIsEnding()) return;
   if (notification_ != nullptr) UnregisterDeviceNotification(notification_);
   if (window_ != nullptr) {
     SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
@@ -129,6 +131,7 @@ void TellMonitor(HWND window, LPARAM broadcast, bool removed) noexcept {
 }
 
 LRESULT CALLBACK MonitorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const WindowVisit visit;
   if (message == WM_NCCREATE) {
     const auto* creation = reinterpret_cast<const CREATESTRUCTA*>(lParam);
     SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));

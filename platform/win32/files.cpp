@@ -6,6 +6,7 @@
 #include <mutex>
 
 #include "platform/name_pattern.h"
+#include "platform/own_module.h"
 #include "platform/win32/system.h"
 
 namespace zyr::platform {
@@ -18,7 +19,7 @@ constexpr size_t kLargestTransfer = size_t{1} << 30;  // of one system call
 class HandleTable {
  public:
   int Add(HANDLE file) {
-    const std::lock_guard lock(mutex_);
+    const auto lock = Lock();
     do {
       next_ = (next_ + 1) & 0x7FFFFFFF;
     } while (files_.count(next_) != 0);
@@ -28,13 +29,13 @@ class HandleTable {
 
   // INVALID_HANDLE_VALUE for an unknown number.
   HANDLE Find(int handle) {
-    const std::lock_guard lock(mutex_);
+    const auto lock = Lock();
     const auto found = files_.find(handle);
     return found == files_.end() ? INVALID_HANDLE_VALUE : found->second;
   }
 
   HANDLE Remove(int handle) {
-    const std::lock_guard lock(mutex_);
+    const auto lock = Lock();
     const auto found = files_.find(handle);
     if (found == files_.end()) return INVALID_HANDLE_VALUE;
     const HANDLE file = found->second;
@@ -43,6 +44,11 @@ class HandleTable {
   }
 
  private:
+  // At the end of the process nobody else is left, and nobody to unlock it.
+  std::unique_lock<std::mutex> Lock() {
+    return ProcessIsEnding() ? std::unique_lock<std::mutex>() : std::unique_lock(mutex_);
+  }
+
   std::mutex mutex_;
   std::map<int, HANDLE> files_;
   int next_ = 2;

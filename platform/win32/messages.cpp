@@ -17,6 +17,22 @@ bool PostToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lP
   return IsWindowAlive(window) && PostMessageA(static_cast<HWND>(window), message, wParam, lParam);
 }
 
+// WM_QUIT comes for any range of messages; the application's loop must still see it.
+bool TakePosted(Window window, uint32_t message, uintptr_t* wParam, intptr_t* lParam) {
+  MSG taken;
+  if (!IsWindowAlive(window) ||
+      !PeekMessageA(&taken, static_cast<HWND>(window), message, message, PM_REMOVE)) {
+    return false;
+  }
+  if (taken.message == WM_QUIT) {
+    PostQuitMessage(static_cast<int>(taken.wParam));
+    return false;
+  }
+  *wParam = taken.wParam;
+  *lParam = taken.lParam;
+  return true;
+}
+
 intptr_t SendToWindow(Window window, uint32_t message, uintptr_t wParam, intptr_t lParam) {
   return IsWindowAlive(window) ? SendMessageA(static_cast<HWND>(window), message, wParam, lParam)
                                : 0;

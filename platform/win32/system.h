@@ -28,5 +28,7 @@ inline int64_t SecondsOf(const FILETIME& time) {
 
 // The module that this code is linked into, be it a DLL or a program.
 HMODULE OwnModule();
+// The same with a reference for the caller, who frees it. Null only if that fails.
+HMODULE ReferenceOwnModule();
 
 }  // namespace zyr::platform

@@ -10,9 +10,13 @@ namespace {
 
 using Procedure = std::function<uint32_t()>;
 
+DWORD Run(std::unique_ptr<Procedure> procedure) { return (*procedure)(); }
+
+// The thread has a reference of the module that its code is in. The system lets go of it when no
+// code of the module is left to run: it may be the last one.
 DWORD WINAPI RunProcedure(void* parameter) {
-  const std::unique_ptr<Procedure> procedure(static_cast<Procedure*>(parameter));
-  return (*procedure)();
+  const DWORD result = Run(std::unique_ptr<Procedure>(static_cast<Procedure*>(parameter)));
+  FreeLibraryAndExitThread(OwnModule(), result);
 }
 
 // Runs the handlers of messages that other threads have sent to this one's windows; posted messages
@@ -39,11 +43,12 @@ class SystemThread : public Thread {
   bool Join(uint32_t milliseconds) override {
     const ULONGLONG start = GetTickCount64();
     for (;;) {
+      // The wait returns for new messages only, and somebody may have seen these.
+      HandleSentMessages();
       const ULONGLONG passed = GetTickCount64() - start;
       const DWORD left = passed < milliseconds ? static_cast<DWORD>(milliseconds - passed) : 0;
       const DWORD what = MsgWaitForMultipleObjects(1, &handle_, FALSE, left, QS_SENDMESSAGE);
       if (what != WAIT_OBJECT_0 + 1) return what == WAIT_OBJECT_0;
-      HandleSentMessages();
       if (left == 0) return WaitForSingleObject(handle_, 0) == WAIT_OBJECT_0;
     }
   }
@@ -56,9 +61,11 @@ class SystemThread : public Thread {
 
 std::unique_ptr<Thread> StartThread(Procedure procedure, uint32_t* error) {
   auto parameter = std::make_unique<Procedure>(std::move(procedure));
+  const HMODULE module = ReferenceOwnModule();
   const HANDLE handle = CreateThread(nullptr, 0, RunProcedure, parameter.get(), 0, nullptr);
   if (handle == nullptr) {
     if (error != nullptr) *error = GetLastError();
+    FreeLibrary(module);
     return nullptr;
   }
   parameter.release();

@@ -1,57 +1,13 @@
 #include "acquire/capture_dialog/capture_dialog.h"
 
-#include <functional>
-
 #include "platform/files.h"
-#include "settings/directories.h"
 #include "settings/store.h"
-#include "tests/acquire/acquire_test.h"
-#include "tests/acquire/recorded_view.h"
+#include "tests/acquire/capture_dialog_fixture.h"
 
 namespace zyr::test {
 namespace {
 
-class CaptureDialogTest : public AcquireTest, public CaptureDialogOwner {
- protected:
-  void SetUp() override {
-    AcquireTest::SetUp();
-    host::PutFile(required_, "<settings/>");
-  }
-  void TearDown() override {
-    dialog_.reset();
-    AcquireTest::TearDown();
-  }
-
-  void NotifyXferReady() override { Notified(&xferReadies_); }
-  void NotifyCloseDSReq() override { Notified(&closeRequests_); }
-  void Notified(int* count) {
-    ++*count;
-    if (onNotify_) onNotify_();
-  }
-
-  bool Open() {
-    dialog_ = std::make_shared<CaptureDialog>(*this, images_, RecordIn(view_));
-    return dialog_->Create(nullptr);
-  }
-  void OpenWithImages() {
-    PutCacheFile("CACHEDRAW.RAW", 1);
-    PutCacheFile("CACHEDRAW_1.RAW", 2);
-    ASSERT_TRUE(Open());
-  }
-  bool Enabled(uint32_t command) const { return view_->enabled.at(command); }
-  std::string LastTitle() const { return view_->lines.back().title; }
-  std::string LastPrompt() const {
-    return host::ShownPrompts().empty() ? "" : host::ShownPrompts().back().title;
-  }
-
-  const std::string required_ = GetSourceDirectory() + "\\Settings.XML";
-  ImageCache images_;
-  std::shared_ptr<ViewRecord> view_ = std::make_shared<ViewRecord>();
-  std::shared_ptr<CaptureDialog> dialog_;
-  std::function<void()> onNotify_;
-  int xferReadies_ = 0;
-  int closeRequests_ = 0;
-};
+using CaptureDialogTest = CaptureDialogFixture;
 
 TEST_F(CaptureDialogTest, OpensWithItsFirstStepsAndCloses) {
   ASSERT_TRUE(Open());
@@ -133,9 +89,10 @@ TEST_F(CaptureDialogTest, FollowsTheListWhenTheSourceTakesImages) {
   OpenWithImages();
   for (const bool anyLeft : {true, false}) {
     images_.Remove(images_.GetAt(0));
-    platform::SendToWindow(view_->window, CaptureDialog::kMessageRefreshThumbnails, 0, 0);
+    platform::SendToWindow(view_->window, kMessageRefreshThumbnails, 0, 0);
     EXPECT_EQ(Enabled(kCommandReturnImages), anyLeft);
-    EXPECT_EQ(view_->lines.size(), anyLeft ? 2u : 3u) << "the first step is shown again";
+    EXPECT_EQ(LastTitle(), anyLeft ? "Generating Displayable Image" : "Step #1: Acquire New Image");
+    EXPECT_EQ(view_->panel, anyLeft ? CapturePanel::kThumbnails : CapturePanel::kStatus);
   }
 }
 
@@ -173,6 +130,78 @@ TEST_F(CaptureDialogTest, OutlivesItsOwnersLastReference) {
       EXPECT_EQ(view_->dialog.lock(), nullptr);
     }
   }
+}
+
+TEST_F(CaptureDialogTest, ListsTheLinesOfACapture) {
+  ASSERT_TRUE(Open());
+  const auto send = [this](uintptr_t kind, int32_t line, const std::string& text) {
+    const StatusRecord record{line, "T", text};
+    return platform::SendToWindow(view_->window, kMessageStatusLine, kind,
+                                  reinterpret_cast<intptr_t>(&record));
+  };
+  EXPECT_EQ(send(0, -1, "a"), 2);
+  EXPECT_EQ(send(1, -1, "b"), 3);
+  EXPECT_EQ(send(2, -1, "c"), 4);
+  EXPECT_EQ(send(3, -1, "d"), 5);
+  EXPECT_EQ(send(4, 3, "B"), 3);
+  EXPECT_EQ(send(4, 5, "D"), 5);
+  dialog_->ShowStatusDetail("e");
+  send(4, 1000, "nowhere");
+  send(9, -1, "of no kind");
+  EXPECT_EQ(platform::SendToWindow(view_->window, kMessageStatusLine, 3, 0), 0);
+  const std::vector<StatusLine> expected = {{kStatusInformation, "T", "a"},
+                                            {kStatusError, "T", "B"},
+                                            {kStatusFinal, "T", "c"},
+                                            {kStatusInformation, "T", "D\ne"}};
+  EXPECT_EQ(std::vector(view_->lines.begin() + 2, view_->lines.end()), expected);
+}
+
+TEST_F(CaptureDialogTest, ShowsImagesAsThumbnails) {
+  OpenWithImages();
+  EXPECT_EQ(LastTitle(), "Generating Displayable Image");
+  EXPECT_EQ(view_->panel, CapturePanel::kThumbnails);
+  EXPECT_EQ(view_->refreshes, 1);
+  EXPECT_EQ(host::WaitCursorsShown(), 1u);
+  platform::SendToWindow(view_->window, kMessageRefreshThumbnails, 0, 0);
+  EXPECT_EQ(view_->lines.size(), 3u) << "they are in view already";
+
+  dialog_->OnThumbnailSelected(1, true);
+  EXPECT_TRUE(dialog_->IsThumbnailSelected(1));
+  EXPECT_FALSE(dialog_->IsThumbnailSelected(0) || dialog_->IsThumbnailSelected(2));
+  EXPECT_TRUE(Enabled(kCommandDeleteSelected));
+  dialog_->OnThumbnailSelected(1, false);
+  EXPECT_FALSE(Enabled(kCommandDeleteSelected));
+
+  images_.GetAt(1)->TurnTopDown();
+  for (const size_t index : {0, 1}) {  // 5 x 4 pixels
+    EXPECT_EQ(dialog_->Thumbnail(index, 100, 100)->width(), 5u);
+    EXPECT_EQ(dialog_->Thumbnail(index, 4, 100)->height(), 3u);
+    EXPECT_EQ(dialog_->Thumbnail(index, 100, 2)->width(), 2u);
+    EXPECT_EQ(dialog_->Thumbnail(index, 0, 10), nullptr);
+    EXPECT_EQ(images_.GetAt(index)->preview, nullptr);
+    EXPECT_EQ(images_.GetAt(index)->image8, nullptr);
+  }
+  EXPECT_EQ(dialog_->Thumbnail(2, 10, 10), nullptr);
+
+  EXPECT_EQ(view_->grid.rows, 2u);
+  view_->Press(kCommandThumbnails);
+  EXPECT_EQ(GetThumbnailRows(), 2u) << "Cancel";
+  view_->answers.grid = [](ThumbnailGridSize present) {
+    return ThumbnailGridSize{present.rows + 1, 5};
+  };
+  view_->Press(kCommandThumbnails);
+  EXPECT_EQ(GetThumbnailRows() * GetThumbnailCols(), 15u);
+  EXPECT_EQ(view_->grid.rows * view_->grid.columns, 15u);
+}
+
+TEST_F(CaptureDialogTest, OpensItsHelp) {
+  ASSERT_TRUE(Open());
+  view_->Press(kCommandHelp);
+  EXPECT_EQ(host::OpenedDocuments().at(0), GetSourceDirectory() + "\\ZYRTWAIN.CHM");
+  EXPECT_EQ(LastPrompt(), "");
+  host::SetShellAnswer(32);
+  view_->Press(kCommandHelp);
+  EXPECT_EQ(LastPrompt(), "Unable To Open Help");
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "acquire/iface/display_name.h"
@@ -462,6 +464,113 @@ TEST_F(IFaceTest, PostsNothingOnceItIsClosed) {
   EXPECT_EQ(posted_.size(), 1u);
 }
 
+TEST_F(IFaceTest, KeepsNoTriggerForTheNextCapture) {
+  auto what = SensorOf(simulator::kFamily2000, simulator::kSizeA);
+  what.timing.exposureAfter = 0;
+  Plug(what);
+  OpenSensor();
+  onStatus_ = [this](const StatusRecord& record) {
+    if (record.title == "Waiting for exposure") {
+      sensor_->Expose();
+    } else if (!record.title.starts_with("Flushing")) {
+      iface_->ManualTrigger();
+    }
+  };
+  iface_->ManualTrigger();
+  Capture();
+  EXPECT_NE(TakeImage(), nullptr);
+  onStatus_ = [](const StatusRecord&) {};
+  for (int i = 0; i < 2; ++i) {
+    iface_->ManualTrigger();
+    Capture();
+    EXPECT_EQ(LastErrorText(), kTimedOut) << "nobody has fired";
+  }
+
+  onStatus_ = [this](const StatusRecord& record) {
+    if (record.title.starts_with("Flushing")) iface_->ManualTrigger();
+  };
+  Capture();
+  EXPECT_NE(TakeImage(), nullptr) << "it fires as soon as it is armed";
+}
+
+TEST_F(IFaceTest, EndsWhateverRuns) {
+  host::HoldThreads(false);
+  auto what = SensorOf(simulator::kFamily2000, simulator::kSizeA);
+  what.timing.exposureAfter = 0;
+  Plug(what);
+  EXPECT_TRUE(iface_->EndCapture(0)) << "nothing runs";
+  for (const std::string at :
+       {"Flushing", "Waiting for exposure", "Retrieving Image", "Processing Image", "all over"}) {
+    OpenSensor();
+    const bool endsByFlag = at == "Flushing";
+    std::atomic<bool> isThere = false;
+    std::atomic<bool> mayGoOn = false;
+    onStatus_ = [&, this](const StatusRecord& record) {
+      if (record.title == "Waiting for exposure" && at != record.title) sensor_->Expose();
+      if (!record.title.starts_with(at)) return;
+      isThere = true;
+      while (!mayGoOn && !(endsByFlag && abort_requested)) std::this_thread::yield();
+    };
+    ASSERT_EQ(iface_->CaptureImage(window_->window()), 1) << at;
+    if (at == "all over") {
+      EXPECT_TRUE(iface_->WaitForCaptureThread(60'000));
+    } else {
+      while (!isThere && iface_->IsCapturing()) std::this_thread::yield();
+      EXPECT_EQ(iface_->EndCapture(endsByFlag ? 10'000 : 10), endsByFlag)
+          << "while a line is being handled: " << at;
+      EXPECT_FALSE(iface_->IsCapturing());
+    }
+    mayGoOn = true;
+    EXPECT_TRUE(iface_->EndCapture(60'000)) << at;
+    EXPECT_FALSE(abort_requested);
+    EXPECT_THAT(lines_.back(), testing::HasSubstr(at == "all over" ? "Processing" : at));
+    host::PumpMessages();
+    EXPECT_THAT(posted_, Not(testing::Contains(testing::HasSubstr("1034")))) << at;
+  }
+  onStatus_ = [this](const StatusRecord& record) {
+    if (record.title == "Waiting for exposure") sensor_->Expose();
+  };
+  OpenSensor();
+  ASSERT_EQ(iface_->CaptureImage(window_->window()), 1);
+  ASSERT_TRUE(iface_->WaitForCaptureThread(60'000));
+  host::PumpMessages();
+  EXPECT_EQ(posted_.back(), "1034 0 image") << "and the next one goes well";
+  EXPECT_NE(TakeImage(), nullptr);
+  iface_->CloseZYRHardware();
+  std::vector<DeviceEntry> devices;
+  ASSERT_EQ(iface_->GetDevices(&devices), 1u);
+  EXPECT_EQ(devices[0].sensorId, GetSelectedSensorID()) << "known while it is closed";
+}
+
+TEST_F(IFaceTest, HandsOverWhatHasBeenExposed) {
+  host::HoldThreads(false);
+  auto what = SensorOf(simulator::kFamily2000, simulator::kSizeA);
+  what.timing.exposureAfter = 0;
+  Plug(what);
+  EXPECT_EQ(iface_->TakeImageOver(0), nullptr) << "nothing runs";
+  for (const std::string at : {"Flushing", "Retrieving Image"}) {
+    OpenSensor();
+    std::atomic<bool> isThere = false;
+    std::atomic<bool> mayGoOn = false;
+    onStatus_ = [&, this](const StatusRecord& record) {
+      if (record.title == "Waiting for exposure") sensor_->Expose();
+      if (!record.title.starts_with(at)) return;
+      isThere = true;
+      while (!mayGoOn) std::this_thread::yield();
+    };
+    ASSERT_EQ(iface_->CaptureImage(window_->window()), 1) << at;
+    while (!isThere && iface_->IsCapturing()) std::this_thread::yield();
+    EXPECT_EQ(iface_->TakeImageOver(10), nullptr) << "not yet: " << at;
+    mayGoOn = at != "Flushing";
+    image_ = iface_->TakeImageOver(60'000);
+    EXPECT_EQ(image_ != nullptr, at != "Flushing");
+    mayGoOn = true;
+    EXPECT_TRUE(iface_->EndCapture(60'000));
+    platform::FreeBlock(image_);
+    image_ = nullptr;
+  }
+}
+
 TEST_F(IFaceTest, CapturesOnAThreadOfItsOwn) {
   host::HoldThreads(false);
   auto what = SensorOf(simulator::kFamily303, simulator::kSizeC);
@@ -471,11 +580,13 @@ TEST_F(IFaceTest, CapturesOnAThreadOfItsOwn) {
   onStatus_ = [this](const StatusRecord& record) {
     if (record.title == "Waiting for exposure") sensor_->Expose();
   };
-  ASSERT_EQ(iface_->CaptureImage(window_->window()), 1);
-  ASSERT_TRUE(iface_->WaitForCaptureThread(60'000));
-  host::PumpMessages();
-  EXPECT_THAT(posted_, ElementsAre("1035 1 0", "1034 0 image"));
-  EXPECT_NE(TakeImage(), nullptr);
+  for (int i = 0; i < 3; ++i) {
+    posted_.clear();
+    ASSERT_EQ(iface_->CaptureImage(window_->window()), 1) << "as soon as the last one is heard of";
+    while (posted_.empty() || !posted_.back().starts_with("1034")) host::PumpMessages();
+    EXPECT_THAT(posted_, ElementsAre("1035 1 0", "1034 0 image"));
+    EXPECT_NE(TakeImage(), nullptr);
+  }
 }
 
 TEST_F(IFaceTest, TellsOfTheOtherNotifications) {

@@ -1,15 +1,19 @@
 // A view of the capture dialog that shows nothing and keeps what it was told.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "acquire/capture_dialog/capture_dialog.h"
 #include "acquire/capture_dialog/capture_dialog_view.h"
+#include "acquire/sensor_selection/sensor_selection.h"
 #include "platform/host/messages.h"
 
 namespace zyr::test {
@@ -21,15 +25,34 @@ struct StatusLine {
   bool operator==(const StatusLine&) const = default;
 };
 
+// What the user does in the modal dialogs of a view. Runs while they stand.
+struct ModalAnswers {
+  // The row in which a sensor is chosen; null for Cancel.
+  std::function<std::optional<size_t>(const std::vector<SensorRow>&)> sensor;
+  std::function<std::optional<ThumbnailGridSize>(ThumbnailGridSize present)> grid;
+};
+
 // Outlives the view, so that a test can look at it after the dialog is gone.
 struct ViewRecord {
   bool canBeMade = true;
   int viewsMade = 0;
+  ModalAnswers answers;
+  int selectionsShown = 0;
+  std::function<void(const StatusLine&)> onStatus;  // after each line and each change of one
   std::weak_ptr<CaptureDialog> dialog;
   platform::Window window = nullptr;
   bool shown = false;
+  std::atomic<bool> goes = false;    // the window is being destroyed
   std::map<uint32_t, bool> enabled;  // by command
+  std::map<uint32_t, bool> visible;
+  std::map<uint32_t, std::string> captions;
+  std::map<uint32_t, std::string> tips;
   std::vector<StatusLine> lines;
+  CapturePanel panel = CapturePanel::kStatus;
+  bool seriesLayout = false;
+  std::string exposureText;
+  ThumbnailGridSize grid;
+  int refreshes = 0;
   std::optional<uint32_t> returnTimer;  // milliseconds, while it runs
 
   bool windowAlive() const { return platform::IsWindowAlive(window); }
@@ -46,27 +69,64 @@ struct ViewRecord {
   std::shared_ptr<CaptureDialog> Target() const { return windowAlive() ? dialog.lock() : nullptr; }
 };
 
+class RecordedSensorSelection : public SensorSelectionView {
+ public:
+  explicit RecordedSensorSelection(std::shared_ptr<ViewRecord> record)
+      : record_(std::move(record)) {}
+
+  bool Run(SensorSelection* dialog, platform::Window) override {
+    ++record_->selectionsShown;
+    dialog->OnInitDialog();
+    if (ended_) return accepted_;
+    selected_ = record_->answers.sensor ? record_->answers.sensor(rows_) : std::nullopt;
+    if (selected_) dialog->OnOK();
+    return accepted_;
+  }
+  platform::Window window() const override { return nullptr; }
+  void End(bool accepted) override {
+    ended_ = true;
+    accepted_ = accepted;
+  }
+  void SetColumns(const std::vector<std::string>&) override {}
+  void SetMessage(const std::string&, uint32_t) override {}
+  void SetMessageSecondColor(std::optional<uint32_t>) override {}
+  void SetRows(const std::vector<SensorRow>& rows) override { rows_ = rows; }
+  void SetListVisible(bool) override {}
+  void SelectRow(size_t row) override { selected_ = row; }
+  std::optional<size_t> SelectedRow() const override { return selected_; }
+
+ private:
+  std::shared_ptr<ViewRecord> record_;
+  std::vector<SensorRow> rows_;
+  std::optional<size_t> selected_;
+  bool ended_ = false;
+  bool accepted_ = false;
+};
+
 class RecordedView : public CaptureDialogView {
  public:
   explicit RecordedView(std::shared_ptr<ViewRecord> record) : record_(std::move(record)) {}
+  ~RecordedView() override { Close(); }
 
   bool Create(CaptureDialog* dialog, platform::Window) override {
     if (!record_->canBeMade) return false;
+    Forget();
     const auto record = record_;
-    window_.emplace([record](uint32_t message, uintptr_t, intptr_t) -> intptr_t {
-      const auto target = record->dialog.lock();
-      if (target != nullptr && message == CaptureDialog::kMessageRefreshThumbnails) {
-        target->OnRefreshThumbnails();
-      }
-      return 0;
-    });
+    const auto target = dialog->weak_from_this();
+    window_.emplace(
+        [record, target](uint32_t message, uintptr_t wParam, intptr_t lParam) -> intptr_t {
+          const auto held = target.lock();
+          if (message == platform::host::kDestroyMessage) record->goes = true;
+          if (held == nullptr) return 0;
+          if (message != platform::host::kDestroyMessage) {
+            return held->OnMessage(message, wParam, lParam);
+          }
+          held->OnWindowGone();
+          return 0;
+        });
     ++record_->viewsMade;
-    record_->dialog = dialog->weak_from_this();
+    record_->dialog = target;
     record_->window = window_->window();
-    record_->shown = false;
-    record_->enabled.clear();
-    record_->lines.clear();
-    record_->returnTimer.reset();
     return true;
   }
   platform::Window window() const override { return window_ ? window_->window() : nullptr; }
@@ -76,17 +136,68 @@ class RecordedView : public CaptureDialogView {
   void SetButtonEnabled(uint32_t command, bool enabled) override {
     record_->enabled[command] = enabled;
   }
+  void SetButtonVisible(uint32_t command, bool visible) override {
+    record_->visible[command] = visible;
+  }
+  void SetButtonCaption(uint32_t command, const std::string& caption) override {
+    record_->captions[command] = caption;
+  }
+  void SetButtonTip(uint32_t command, const std::string& tip) override {
+    record_->tips[command] = tip;
+  }
+
+  void SetSeriesLayout(bool series) override { record_->seriesLayout = series; }
+  void ShowPanel(CapturePanel panel) override { record_->panel = panel; }
+  void SetExposureText(const std::string& text) override { record_->exposureText = text; }
+
   void ClearStatus() override { record_->lines.clear(); }
-  void AddStatus(StatusKind kind, const std::string& title, const std::string& text) override {
+  int32_t AddStatus(StatusKind kind, const std::string& title, const std::string& text) override {
     record_->lines.push_back({kind, title, text});
+    Tell(record_->lines.size() - 1);
+    return static_cast<int32_t>(record_->lines.size()) - 1;
+  }
+  void SetStatus(int32_t line, const std::string& title, const std::string& text) override {
+    const auto index = static_cast<size_t>(line);
+    if (index >= record_->lines.size()) return;
+    record_->lines[index].title = title;
+    record_->lines[index].text = text;
+    Tell(index);
   }
   void SetLastStatusText(const std::string& text) override {
-    if (!record_->lines.empty()) record_->lines.back().text = text;
+    if (record_->lines.empty()) return;
+    record_->lines.back().text = text;
+    Tell(record_->lines.size() - 1);
   }
+
+  void SetThumbnailGrid(ThumbnailGridSize size) override { record_->grid = size; }
+  void RefreshThumbnails() override { ++record_->refreshes; }
+
+  std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() override {
+    return std::make_unique<RecordedSensorSelection>(record_);
+  }
+  std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) override {
+    return record_->answers.grid ? record_->answers.grid(present) : std::nullopt;
+  }
+
   void StartReturnTimer(uint32_t milliseconds) override { record_->returnTimer = milliseconds; }
   void StopReturnTimer() override { record_->returnTimer.reset(); }
 
  private:
+  // What a view before this one has left.
+  void Forget() {
+    record_->shown = record_->goes = record_->seriesLayout = false;
+    record_->enabled.clear();
+    record_->visible.clear();
+    record_->captions.clear();
+    record_->tips.clear();
+    record_->lines.clear();
+    record_->panel = CapturePanel::kStatus;
+    record_->returnTimer.reset();
+  }
+  void Tell(size_t line) const {
+    if (record_->onStatus) record_->onStatus(StatusLine(record_->lines[line]));
+  }
+
   std::shared_ptr<ViewRecord> record_;
   std::optional<platform::host::FakeWindow> window_;
 };

@@ -194,6 +194,8 @@ class Session {
     const uint8_t choice = input_.Byte();
     if (choice % 16 == 0) return view_->Press(choice & 32 ? kCommandReturnImages : kCommandCancel);
     if (choice % 16 == 1) return images_.SetSelected(choice >> 6, (choice & 32) != 0);
+    if (choice % 16 == 4) return images_.Remove(images_.GetAt(choice >> 6));
+    if (choice % 16 == 5 && images_.GetCount() < 8) return AddImage((choice & 32) != 0 ? 8 : 12);
     const size_t type = input_.Byte() % (std::size(kTypes) + 1);
     const size_t message = input_.Byte() % (std::size(kMessages) + 1);
     Triplet triplet;
@@ -212,7 +214,8 @@ class Session {
   Input& input_;
   ImageCache images_;
   std::shared_ptr<test::ViewRecord> view_ = std::make_shared<test::ViewRecord>();
-  ZyrTwainSource source_{images_, test::RecordIn(view_)};
+  IFace sensors_{nullptr};
+  ZyrTwainSource source_{images_, sensors_, test::RecordIn(view_)};
   TW_IDENTITY application_{};
   int depth_ = 0;
 };

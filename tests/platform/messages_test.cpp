@@ -48,6 +48,23 @@ TEST(MessagesDouble, ADestroyedWindowGetsNothingMore) {
   EXPECT_EQ(host::ShownPrompts().at(0).owner, nullptr);
 }
 
+TEST(MessagesDouble, APostedMessageCanBeTakenBack) {
+  host::ResetAll();
+  const host::FakeWindow window;
+  const host::FakeWindow other;
+  PostToWindow(other.window(), 100, 1, 1);
+  PostToWindow(window.window(), 101, 2, 2);
+  PostToWindow(window.window(), 100, 3, 4);
+  uintptr_t w = 0;
+  intptr_t l = 0;
+  EXPECT_TRUE(TakePosted(window.window(), 100, &w, &l));
+  EXPECT_EQ(w, 3u);
+  EXPECT_EQ(l, 4);
+  EXPECT_FALSE(TakePosted(window.window(), 100, &w, &l));
+  EXPECT_FALSE(TakePosted(nullptr, 100, &w, &l));
+  EXPECT_EQ(host::PumpMessages(), 2u);
+}
+
 TEST(PromptDouble, AnswersReachQuestionsOnly) {
   host::ResetAll();
   host::AnswerNextQuestion(false);

@@ -61,7 +61,7 @@ class SourceTest : public testing::Test {
     host::SetClock(1'700'000'000);
     SetPhraseLookup([](const char* text) { return Phrases().Translate(text); });
     SetCheckForConflicts(false);
-    source_ = std::make_unique<OpenedSource>(images_, [this] {
+    source_ = std::make_unique<OpenedSource>(images_, sensors_, [this] {
       if (onMakeView_) onMakeView_();
       return std::make_unique<test::RecordedView>(view_);
     });
@@ -175,6 +175,7 @@ class SourceTest : public testing::Test {
   }
 
   ImageCache images_;
+  IFace sensors_{nullptr};  // no sensor is to be had
   std::shared_ptr<test::ViewRecord> view_ = std::make_shared<test::ViewRecord>();
   std::function<void()> onMakeView_;
   std::unique_ptr<OpenedSource> source_;

@@ -226,6 +226,20 @@ TEST_F(SourceTest, KeepsADisabledDialogWithoutItsWindow) {
   EXPECT_FALSE(view_->windowAlive()) << "gone all the same";
 }
 
+TEST_F(SourceTest, EnablesOnceWhateverTheParent) {
+  for (void* parent : {static_cast<void*>(nullptr), kNowhere}) {
+    userInterface_.hParent = parent;
+    GoTo(5);
+    const platform::Window window = view_->window;
+    EXPECT_EQ(Enable(), TWRC_FAILURE);
+    EXPECT_EQ(Status(), TWCC_SEQERROR);
+    EXPECT_EQ(source_->state(), 5);
+    EXPECT_EQ(view_->window, window) << "the dialog of the first call stands";
+    EXPECT_TRUE(view_->windowAlive());
+    Close();
+  }
+}
+
 TEST_F(SourceTest, TellsThatADialogCannotBeMade) {
   GoTo(4);
   StartTrace();

@@ -75,6 +75,7 @@ EnableDS -> TWRC_SUCCESS
 Resources -> 10000000, 400000
 CAPTURE STATUS MESSAGE: What Is This Message Area?
 CAPTURE STATUS MESSAGE: Step #1: Acquire New Image
+CAPTURE STATUS MESSAGE: Generating Displayable Image
    RC = TWRC_SUCCESS  CC = TWCC_SUCCESS  State = 5
 NotifyXferReady
 Dispatch (State = 6): DG_IMAGE / DAT_IMAGEINFO / MSG_GET

@@ -1,14 +1,45 @@
 #include "acquire/capture_dialog/win32/capture_dialog_layout.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string>
 
+#include "controls/dialog_font.h"
+#include "controls/dialog_window.h"
 #include "resources/resource.h"
 
 namespace zyr {
 namespace {
 
-// Dialog units in which the two groups of buttons do not meet and texts can still be read.
-constexpr SIZE kLeastSize = {340, 280};
+enum class Gap { kNone, kNear, kGroup, kRest };  // ahead of a button
+
+struct ColumnButton {
+  int control;
+  Gap ahead;
+};
+constexpr ColumnButton kColumn[] = {
+    {ID_ACQUIRE_IMAGE, Gap::kNone},  {ID_ACQUIRE_SERIES, Gap::kNear},
+    {ID_SELECT_SENSOR, Gap::kNear},  {ID_DELETE_SELECTED, Gap::kGroup},
+    {ID_DELETE_ALL, Gap::kNear},     {ID_OPTIONS, Gap::kGroup},
+    {ID_THUMBNAILS, Gap::kNear},     {ID_HELP, Gap::kNear},
+    {ID_MANUAL_TRIGGER, Gap::kRest}, {ID_RETURN_IMAGES, Gap::kGroup},
+    {ID_CANCEL, Gap::kNear},
+};
+constexpr int kButtons = static_cast<int>(std::size(kColumn));
+constexpr int kPanels = 3;
+
+// Dialog units.
+constexpr SIZE kMargin = {8, 8};
+constexpr SIZE kButton = {104, 18};
+constexpr SIZE kGaps = {12, 3};  // between groups, within one
+constexpr SIZE kLeastPanel = {170, 100};
+
+// Pixels of a plain screen.
+constexpr int kAroundCaption = 52;  // the button's icon and what is left free
+constexpr int kIcon = 18;
+constexpr int kTightAround = 6;  // above and below caption and icon together
+constexpr int kTightNearGap = 2;
+constexpr int kTightGroupGap = 6;
 
 SIZE InPixels(HWND dialog, SIZE dialogUnits) {
   RECT area = {0, 0, dialogUnits.cx, dialogUnits.cy};
@@ -25,48 +56,126 @@ SIZE FrameOf(HWND dialog) {
   return {outer.right - outer.left - client.right, outer.bottom - outer.top - client.bottom};
 }
 
-RECT PlaceIn(HWND dialog, HWND control) {
-  RECT place;
-  GetWindowRect(control, &place);
-  MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
-  return place;
+SIZE CaptionSize(HDC dc, const std::string& caption) {
+  RECT area = {};
+  DrawTextA(dc, caption.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
+  return {area.right, area.bottom};
+}
+
+SIZE LargestCaption(HWND dialog) {
+  const HDC dc = GetDC(dialog);
+  const HGDIOBJ previous =
+      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(dialog, WM_GETFONT, 0, 0)));
+  SIZE largest = {};
+  for (const ColumnButton& button : kColumn) {
+    const SIZE size = CaptionSize(dc, WindowText(GetDlgItem(dialog, button.control)));
+    largest = {std::max(largest.cx, size.cx), std::max(largest.cy, size.cy)};
+  }
+  SelectObject(dc, previous);
+  ReleaseDC(dialog, dc);
+  return largest;
 }
 
 }  // namespace
 
-CaptureDialogLayout::CaptureDialogLayout(HWND dialog, SIZE templateSize)
-    : dialog_(dialog), startSize_(InPixels(dialog, templateSize)) {
-  for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
-       control = GetWindow(control, GW_HWNDNEXT)) {
-    const RECT start = PlaceIn(dialog, control);
-    const bool isPanel = GetDlgCtrlID(control) == IDC_STATUS_PANEL;
-    places_.push_back({control, start, isPanel, !isPanel && start.top > startSize_.cy / 2});
-  }
-  const SIZE frame = FrameOf(dialog);
-  const SIZE least = InPixels(dialog, kLeastSize);
-  leastSize_ = {frame.cx + least.cx, frame.cy + least.cy};
+CaptureDialogLayout::CaptureDialogLayout(HWND dialog) : dialog_(dialog) { Measure(); }
+
+void CaptureDialogLayout::Measure() {
+  const SIZE caption = LargestCaption(dialog_);
+  const SIZE button = InPixels(dialog_, kButton);
+  const SIZE gaps = InPixels(dialog_, {0, kGaps.cx});
+  margin_ = static_cast<int>(InPixels(dialog_, kMargin).cy);
+  columnWidth_ = static_cast<int>(std::max(button.cx, caption.cx + Scaled(kAroundCaption)));
+  const int tightHeight =
+      std::max(static_cast<int>(caption.cy), Scaled(kIcon)) + Scaled(kTightAround);
+  tight_ = {tightHeight, Scaled(kTightNearGap), Scaled(kTightGroupGap)};
+  roomy_ = {std::max(static_cast<int>(button.cy), tightHeight),
+            std::max(static_cast<int>(InPixels(dialog_, {0, kGaps.cy}).cy), tight_.nearGap),
+            std::max(static_cast<int>(gaps.cy), tight_.groupGap)};
 }
 
-void CaptureDialogLayout::Apply() const {
+POINT CaptureDialogLayout::LeastSize() const {
+  const SIZE frame = FrameOf(dialog_);
+  const SIZE panel = InPixels(dialog_, kLeastPanel);
+  const int height = std::max(static_cast<int>(panel.cy), ColumnHeight(tight_));
+  return {frame.cx + panel.cx + columnWidth_ + 3 * margin_, frame.cy + height + 2 * margin_};
+}
+
+void CaptureDialogLayout::Apply(bool series) const {
   RECT client;
   GetClientRect(dialog_, &client);
-  const LONG wider = client.right - startSize_.cx;
-  const LONG higher = client.bottom - startSize_.cy;
-  HDWP moves = BeginDeferWindowPos(static_cast<int>(places_.size()));
-  for (const Place& place : places_) {
-    RECT to = place.start;
-    if (place.isPanel) {
-      to.right += wider;
-      to.bottom += higher;
-    } else {
-      OffsetRect(&to, wider, place.followsBottom ? higher : 0);
-    }
-    if (moves == nullptr) return;
-    moves = DeferWindowPos(moves, place.control, nullptr, to.left, to.top,
-                           std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
-                           SWP_NOZORDER | SWP_NOACTIVATE);
-  }
+  InflateRect(&client, -margin_, -margin_);
+  RECT column = client;
+  column.left = column.right - columnWidth_;
+  RECT area = client;
+  area.right = column.left - margin_;
+  HDWP moves = BeginDeferWindowPos(kButtons + kPanels);
+  moves = PlaceButtons(moves, column);
+  moves = PlacePanels(moves, area, series);
   if (moves != nullptr) EndDeferWindowPos(moves);
+}
+
+int CaptureDialogLayout::ColumnHeight(const Spacing& spacing) const {
+  int height = kButtons * spacing.buttonHeight;
+  for (const ColumnButton& button : kColumn) {
+    if (button.ahead == Gap::kNone) continue;
+    height += button.ahead == Gap::kNear ? spacing.nearGap : spacing.groupGap;
+  }
+  return height;
+}
+
+// Between tight and roomy by what height there is.
+CaptureDialogLayout::Spacing CaptureDialogLayout::SpacingFor(int clientHeight) const {
+  const int tight = ColumnHeight(tight_);
+  const int roomy = ColumnHeight(roomy_);
+  if (clientHeight >= roomy) return roomy_;
+  if (clientHeight <= tight) return tight_;
+  const auto between = [&](int least, int most) {
+    return least + (most - least) * (clientHeight - tight) / (roomy - tight);
+  };
+  return {between(tight_.buttonHeight, roomy_.buttonHeight),
+          between(tight_.nearGap, roomy_.nearGap), between(tight_.groupGap, roomy_.groupGap)};
+}
+
+HDWP CaptureDialogLayout::PlaceButtons(HDWP moves, const RECT& column) const {
+  const int height = column.bottom - column.top;
+  const Spacing spacing = SpacingFor(height);
+  const int spare = std::max(height - ColumnHeight(spacing), 0);
+  int top = column.top;
+  for (const ColumnButton& button : kColumn) {
+    if (button.ahead == Gap::kNear) top += spacing.nearGap;
+    if (button.ahead == Gap::kGroup) top += spacing.groupGap;
+    if (button.ahead == Gap::kRest) top += spacing.groupGap + spare;
+    moves =
+        Move(moves, button.control, {column.left, top, column.right, top + spacing.buttonHeight});
+    top += spacing.buttonHeight;
+  }
+  return moves;
+}
+
+// The thumbnails get three fifths: above the status lines, or to their left where there is width.
+HDWP CaptureDialogLayout::PlacePanels(HDWP moves, const RECT& area, bool series) const {
+  RECT thumbnails = area;
+  RECT rest = area;
+  const LONG width = area.right - area.left;
+  const LONG height = area.bottom - area.top;
+  if (series && width > height * 3 / 2) {
+    thumbnails.right = area.left + (width - margin_) * 3 / 5;
+    rest.left = thumbnails.right + margin_;
+  } else if (series) {
+    thumbnails.bottom = area.top + (height - margin_) * 3 / 5;
+    rest.top = thumbnails.bottom + margin_;
+  }
+  moves = Move(moves, IDC_THUMBNAILS, thumbnails);
+  moves = Move(moves, IDC_STATUS_PANEL, rest);
+  return Move(moves, IDC_EXPOSURE_PANEL, rest);
+}
+
+HDWP CaptureDialogLayout::Move(HDWP moves, int control, const RECT& to) const {
+  if (moves == nullptr) return nullptr;  // out of memory
+  return DeferWindowPos(moves, GetDlgItem(dialog_, control), nullptr, to.left, to.top,
+                        std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
+                        SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace zyr

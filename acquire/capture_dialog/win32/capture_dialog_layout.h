@@ -1,35 +1,44 @@
-// Where the controls of the capture dialog go when its window changes size.
+// Where the controls of the capture dialog go.
 #pragma once
 
 #include <windows.h>
 
-#include <vector>
-
 namespace zyr {
 
-// Starts from the places in the template: buttons keep their distance from the right edge, those in
-// the lower half from the lower edge too, and the status panel takes the rest.
+// The buttons stand in a column at the right edge, as wide as the longest caption asks for, and
+// draw together in a low window. The panels have the rest.
 class CaptureDialogLayout {
  public:
-  // The controls stand where the template puts them. `templateSize` is in dialog units.
-  CaptureDialogLayout(HWND dialog, SIZE templateSize);
+  // `dialog` has its controls, and these their font.
+  explicit CaptureDialogLayout(HWND dialog);
 
-  void Apply() const;
-  // Outer size at which nothing overlaps.
-  POINT LeastSize() const { return leastSize_; }
+  // To be called when captions have changed, before the next Apply.
+  void Measure();
+  // In a series the thumbnails are beside the two other panels, which share one place; otherwise
+  // all three do.
+  void Apply(bool series) const;
+  // Outer size at which nothing overlaps or is cut off.
+  POINT LeastSize() const;
 
  private:
-  struct Place {
-    HWND control;
-    RECT start;  // in the dialog's client area
-    bool isPanel;
-    bool followsBottom;
+  // In pixels, as all sizes here.
+  struct Spacing {
+    int buttonHeight;
+    int nearGap;   // between the buttons of a group
+    int groupGap;  // between groups
   };
 
+  Spacing SpacingFor(int clientHeight) const;
+  int ColumnHeight(const Spacing& spacing) const;
+  HDWP PlaceButtons(HDWP moves, const RECT& column) const;
+  HDWP PlacePanels(HDWP moves, const RECT& area, bool series) const;
+  HDWP Move(HDWP moves, int control, const RECT& to) const;
+
   HWND dialog_;
-  SIZE startSize_;
-  POINT leastSize_;
-  std::vector<Place> places_;
+  int margin_ = 0;
+  int columnWidth_ = 0;
+  Spacing roomy_ = {};
+  Spacing tight_ = {};
 };
 
 }  // namespace zyr

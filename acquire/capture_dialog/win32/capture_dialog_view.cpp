@@ -1,18 +1,20 @@
 #include "acquire/capture_dialog/win32/capture_dialog_view.h"
 
 #include <windows.h>
-// After the system's header.
-#include <commctrl.h>
 
-#include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "acquire/capture_dialog/capture_dialog.h"
+#include "acquire/capture_dialog/win32/capture_dialog_buttons.h"
 #include "acquire/capture_dialog/win32/capture_dialog_layout.h"
+#include "acquire/capture_dialog/win32/capture_dialog_panels.h"
+#include "acquire/capture_dialog/win32/thumbnail_grid_dialog.h"
+#include "acquire/sensor_selection/win32/sensor_selection_view.h"
 #include "controls/activation_context.h"
 #include "controls/dialog_font.h"
-#include "controls/status_list.h"
-#include "foundation/support/phrase_lookup.h"
+#include "controls/dialog_window.h"
+#include "platform/own_module.h"
 #include "platform/resources.h"
 #include "resources/resource.h"
 
@@ -27,83 +29,42 @@ static_assert(ID_ACQUIRE_IMAGE == kCommandAcquireImage &&
               ID_ACQUIRE_SERIES == kCommandAcquireSeries);
 static_assert(ID_SELECT_SENSOR == kCommandSelectSensor &&
               ID_MANUAL_TRIGGER == kCommandManualTrigger && ID_HELP == kCommandHelp);
-static_assert(CaptureDialog::kMessageRefreshThumbnails == WM_USER + 55);
 
 constexpr UINT_PTR kReturnTimer = 1;
-constexpr int kTipWidth = 320;  // pixels of a plain screen
 
-struct Tip {
-  uint32_t command;
-  const char* text;
-};
-constexpr Tip kTips[] = {
-    {kCommandAcquireImage,
-     "Click on this option to acquire a single image from a ZYR digital x-ray system."},
-    {kCommandAcquireSeries,
-     "Click on this option to acquire a series of images from a ZYR digital x-ray system."},
-    {kCommandDeleteSelected, "Click on this option to delete the selected images."},
-    {kCommandDeleteAll, "Click on this option to delete all of the currently acquired images."},
-    {kCommandOptions, "This option permits you to change the preferences and settings."},
-    {kCommandThumbnails,
-     "Sets the number of rows and columns of thumbnails that should be displayed simultaneously."},
-    {kCommandHelp, "Displays the on-line help for the ZYR TWAIN source."},
-    {kCommandManualTrigger,
-     "Manually triggers the hardware.  This option is primarily used during testing of the "
-     "hardware "
-     "and the hardware interface."},
-};
+// What the grid asks, passed on to the dialog as long as it is there.
+class ThumbnailsOfDialog : public ThumbnailSource {
+ public:
+  void SetDialog(std::weak_ptr<CaptureDialog> dialog) { dialog_ = std::move(dialog); }
 
-StatusIcon IconOf(StatusKind kind) {
-  switch (kind) {
-    case kStatusError:
-      return StatusIcon::kError;
-    case kStatusStep:
-      return StatusIcon::kStep;
-    case kStatusFinal:
-      return StatusIcon::kFinal;
-    case kStatusInformation:
-      break;
+  size_t Count() const override {
+    const auto dialog = dialog_.lock();
+    return dialog != nullptr ? dialog->ThumbnailCount() : 0;
   }
-  return StatusIcon::kInformation;
-}
+  bool IsSelected(size_t item) const override {
+    const auto dialog = dialog_.lock();
+    return dialog != nullptr && dialog->IsThumbnailSelected(item);
+  }
+  std::unique_ptr<CKIPImage> Picture(size_t item, uint32_t mostWidth,
+                                     uint32_t mostHeight) override {
+    const auto dialog = dialog_.lock();
+    return dialog != nullptr ? dialog->Thumbnail(item, mostWidth, mostHeight) : nullptr;
+  }
 
-// Applications pass null, the desktop and handles that are long gone.
-HWND UsableOwner(platform::Window parent) {
-  const auto window = static_cast<HWND>(parent);
-  if (!IsWindow(window) || window == GetDesktopWindow()) return nullptr;
-  return GetAncestor(window, GA_ROOT);
-}
+ private:
+  std::weak_ptr<CaptureDialog> dialog_;
+};
 
-std::string CaptionOf(HWND window) {
-  std::string caption(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-  caption.resize(static_cast<size_t>(
-      GetWindowTextA(window, caption.data(), static_cast<int>(caption.size()))));
-  return caption;
-}
-
-void TranslateCaption(HWND window) {
-  const std::string caption = CaptionOf(window);
-  const std::string translated = GetPhrase(caption.c_str());
-  if (translated != caption) SetWindowTextA(window, translated.c_str());
-}
-
-// The part of the owner's screen that belongs to windows.
-RECT WorkAreaOf(HWND window) {
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
-}
-
-// In the middle of the owner's screen, and no larger than that.
-void Center(HWND window, HWND owner) {
-  const RECT area = WorkAreaOf(owner != nullptr ? owner : window);
-  RECT outer;
-  GetWindowRect(window, &outer);
-  const int width = std::min(outer.right - outer.left, area.right - area.left);
-  const int height = std::min(outer.bottom - outer.top, area.bottom - area.top);
-  SetWindowPos(window, nullptr, (area.left + area.right - width) / 2,
-               (area.top + area.bottom - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+void OnThumbnail(CaptureDialog& dialog, WPARAM word, const ThumbnailEvent& event) {
+  switch (word) {
+    case kThumbnailSelectionChanged:
+      return dialog.OnThumbnailSelected(event.item, event.selected);
+    case kThumbnailOpenedByMouse:
+    case kThumbnailOpenedByKey:
+      return dialog.OnThumbnailOpened(event.item);
+    default:
+      return;
+  }
 }
 
 class Win32CaptureDialogView : public CaptureDialogView {
@@ -116,11 +77,30 @@ class Win32CaptureDialogView : public CaptureDialogView {
   void Close() override;
 
   void SetButtonEnabled(uint32_t command, bool enabled) override;
-  void ClearStatus() override { status_.Clear(); }
-  void AddStatus(StatusKind kind, const std::string& title, const std::string& text) override {
-    status_.Add(IconOf(kind), title, text);
+  void SetButtonVisible(uint32_t command, bool visible) override;
+  void SetButtonCaption(uint32_t command, const std::string& caption) override;
+  void SetButtonTip(uint32_t command, const std::string& tip) override;
+
+  void SetSeriesLayout(bool series) override;
+  void ShowPanel(CapturePanel panel) override;
+  void SetExposureText(const std::string& text) override;
+
+  void ClearStatus() override { panels_.ClearStatus(); }
+  int32_t AddStatus(StatusKind kind, const std::string& title, const std::string& text) override {
+    return panels_.AddStatus(kind, title, text);
   }
-  void SetLastStatusText(const std::string& text) override { status_.SetLastText(text); }
+  void SetStatus(int32_t line, const std::string& title, const std::string& text) override {
+    panels_.SetStatus(line, title, text);
+  }
+  void SetLastStatusText(const std::string& text) override { panels_.SetLastStatusText(text); }
+
+  void SetThumbnailGrid(ThumbnailGridSize size) override;
+  void RefreshThumbnails() override;
+
+  std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() override {
+    return MakeWin32SensorSelectionView();
+  }
+  std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) override;
 
   void StartReturnTimer(uint32_t milliseconds) override;
   void StopReturnTimer() override;
@@ -128,17 +108,20 @@ class Win32CaptureDialogView : public CaptureDialogView {
  private:
   static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   INT_PTR Handle(CaptureDialog* dialog, UINT message, WPARAM wParam, LPARAM lParam);
+  INT_PTR HandleForDialog(CaptureDialog& dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
   void Initialise(HWND window);
-  void AddTips();
+  void OnDestroy(CaptureDialog* dialog);
   void OnCommand(CaptureDialog& dialog, WPARAM wParam);
-  HWND Control(uint32_t id) const { return GetDlgItem(window_, static_cast<int>(id)); }
+  void ApplyLayout() const;
 
   std::weak_ptr<CaptureDialog> dialog_;
-  StatusList status_;
+  ThumbnailsOfDialog thumbnailSource_;
+  CaptureDialogPanels panels_;
+  CaptureDialogButtons buttons_;
   std::optional<CaptureDialogLayout> layout_;
-  SIZE templateSize_ = {};  // dialog units
-  HWND window_ = nullptr;   // keeps its value when the window is gone
+  HWND window_ = nullptr;  // keeps its value when the window is gone
+  bool series_ = false;
   bool alive_ = false;
   bool complete_ = false;  // with all its controls
 };
@@ -152,33 +135,76 @@ Win32CaptureDialogView::~Win32CaptureDialogView() {
 
 bool Win32CaptureDialogView::Create(CaptureDialog* dialog, platform::Window parent) {
   dialog_ = dialog->weak_from_this();
+  thumbnailSource_.SetDialog(dialog_);
   const ActivationContext look;
   const HWND owner = UsableOwner(parent);
   const std::vector<uint8_t> bytes = TemplateWithMessageFont(IDD_CAPTURE_DIALOG);
   if (bytes.empty()) return false;
-  templateSize_ = TemplateSize(bytes);
   CreateDialogIndirectParamA(static_cast<HINSTANCE>(platform::OwnResources()),
                              reinterpret_cast<const DLGTEMPLATE*>(bytes.data()), owner, Procedure,
                              reinterpret_cast<LPARAM>(this));
   if (!complete_) Close();
-  if (alive_) Center(window_, owner);
+  if (alive_) CenterOnScreen(window_, owner);
   return alive_;
 }
 
 void Win32CaptureDialogView::Show() {
-  if (alive_) ShowWindow(window_, SW_SHOW);
+  if (!alive_) return;
+  ShowWindow(window_, SW_SHOW);
+  MoveFocusTo(GetDlgItem(window_, ID_ACQUIRE_IMAGE));
 }
 
 void Win32CaptureDialogView::Close() {
   if (alive_) DestroyWindow(window_);
 }
 
-// A disabled button that has the keyboard would keep it for ever.
 void Win32CaptureDialogView::SetButtonEnabled(uint32_t command, bool enabled) {
+  if (alive_) buttons_.SetEnabled(command, enabled, panels_.Seen());
+}
+
+void Win32CaptureDialogView::SetButtonVisible(uint32_t command, bool visible) {
+  if (alive_) buttons_.SetVisible(command, visible, panels_.Seen());
+}
+
+void Win32CaptureDialogView::SetButtonCaption(uint32_t command, const std::string& caption) {
   if (!alive_) return;
-  const HWND button = Control(command);
-  if (!enabled && GetFocus() == button) SetFocus(Control(IDC_STATUS_PANEL));
-  EnableWindow(button, enabled);
+  buttons_.SetCaption(command, caption);
+  layout_->Measure();
+  ApplyLayout();
+}
+
+void Win32CaptureDialogView::SetButtonTip(uint32_t command, const std::string& tip) {
+  if (alive_) buttons_.SetTip(command, tip);
+}
+
+void Win32CaptureDialogView::SetSeriesLayout(bool series) {
+  if (!alive_) return;
+  series_ = series;
+  buttons_.SetStopIcon(series);
+  ApplyLayout();
+  panels_.SetSeries(series);
+}
+
+void Win32CaptureDialogView::ShowPanel(CapturePanel panel) {
+  if (alive_) panels_.Show(panel);
+}
+
+void Win32CaptureDialogView::SetExposureText(const std::string& text) {
+  if (alive_) panels_.SetExposureText(text);
+}
+
+void Win32CaptureDialogView::SetThumbnailGrid(ThumbnailGridSize size) {
+  if (alive_) panels_.thumbnails().SetGrid(size.rows, size.columns);
+}
+
+void Win32CaptureDialogView::RefreshThumbnails() {
+  if (alive_) panels_.thumbnails().Refresh();
+}
+
+std::optional<ThumbnailGridSize> Win32CaptureDialogView::AskForThumbnailGrid(
+    ThumbnailGridSize present) {
+  if (!alive_) return std::nullopt;
+  return AskForThumbnailGridAbove(window_, present);
 }
 
 void Win32CaptureDialogView::StartReturnTimer(uint32_t milliseconds) {
@@ -193,6 +219,7 @@ void Win32CaptureDialogView::StopReturnTimer() {
 // with it of this view.
 INT_PTR CALLBACK Win32CaptureDialogView::Procedure(HWND window, UINT message, WPARAM wParam,
                                                    LPARAM lParam) {
+  const platform::WindowVisit visit;
   if (message == WM_INITDIALOG) SetWindowLongPtrA(window, DWLP_USER, lParam);
   auto* view = reinterpret_cast<Win32CaptureDialogView*>(GetWindowLongPtrA(window, DWLP_USER));
   if (view == nullptr) return FALSE;
@@ -208,81 +235,87 @@ INT_PTR CALLBACK Win32CaptureDialogView::Procedure(HWND window, UINT message, WP
 void Win32CaptureDialogView::Initialise(HWND window) {
   window_ = window;
   alive_ = true;
-  status_.Attach(Control(IDC_STATUS_PANEL));
-  layout_.emplace(window, templateSize_);
-  layout_->Apply();
-  TranslateCaption(window);
-  for (HWND control = GetWindow(window, GW_CHILD); control != nullptr;
-       control = GetWindow(control, GW_HWNDNEXT)) {
-    TranslateCaption(control);
-  }
-  AddTips();
+  TranslateCaptions(window);
+  panels_.Attach(window, &thumbnailSource_);
+  buttons_.Attach(window);
+  layout_.emplace(window);
+  ApplyLayout();
   complete_ = true;
 }
 
-void Win32CaptureDialogView::AddTips() {
-  const HWND tips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr,
-                                    WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, window_, nullptr,
-                                    static_cast<HINSTANCE>(platform::OwnResources()), nullptr);
-  SendMessageA(tips, TTM_SETMAXTIPWIDTH, 0, Scaled(kTipWidth));
-  for (const Tip& tip : kTips) {
-    std::string text = GetPhrase(tip.text);
-    TTTOOLINFOA tool = {};
-    tool.cbSize = sizeof tool;
-    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = window_;
-    tool.uId = reinterpret_cast<UINT_PTR>(Control(tip.command));
-    tool.lpszText = text.data();
-    SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
-  }
-}
+void Win32CaptureDialogView::ApplyLayout() const { layout_->Apply(series_); }
 
 INT_PTR Win32CaptureDialogView::Handle(CaptureDialog* dialog, UINT message, WPARAM wParam,
                                        LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      SetFocus(Control(IDC_STATUS_PANEL));
-      return FALSE;
+      return FALSE;  // the keyboard comes with Show
     case WM_SIZE:
-      if (layout_ && wParam != SIZE_MINIMIZED) layout_->Apply();
+      if (layout_ && wParam != SIZE_MINIMIZED) ApplyLayout();
       return TRUE;
     case WM_GETMINMAXINFO:
       if (layout_) reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = layout_->LeastSize();
       return TRUE;
     // Both go on to the dialog manager, which frees its own part there.
     case WM_DESTROY:
-      alive_ = false;
+      OnDestroy(dialog);
       return FALSE;
     case WM_NCDESTROY:
       SetWindowLongPtrA(window_, DWLP_USER, 0);
       return FALSE;
+    case WM_MOUSEWHEEL:
+      panels_.OnWheel(wParam, lParam);
+      return TRUE;
     default:
-      break;
+      return dialog != nullptr ? HandleForDialog(*dialog, message, wParam, lParam) : FALSE;
   }
-  if (dialog == nullptr) return FALSE;
+}
+
+// The window, and this view with it, may be gone after any of the dialog's events.
+INT_PTR Win32CaptureDialogView::HandleForDialog(CaptureDialog& dialog, UINT message, WPARAM wParam,
+                                                LPARAM lParam) {
+  const HWND window = window_;
   switch (message) {
     case WM_COMMAND:
-      OnCommand(*dialog, wParam);
+      OnCommand(dialog, wParam);
       return TRUE;
     case WM_CLOSE:
-      dialog->CancelOrClose();
+      dialog.CancelOrClose();
       return TRUE;
     case WM_TIMER:
-      dialog->OnReturnTimer();
+      if (wParam == kReturnTimer) dialog.OnReturnTimer();
       return TRUE;
-    case CaptureDialog::kMessageRefreshThumbnails:
-      dialog->OnRefreshThumbnails();
+    // The dialog manager has messages of these two numbers, too; without a pointer they are its
+    // own.
+    case kMessageThumbnail:
+      if (lParam == 0) return FALSE;
+      OnThumbnail(dialog, wParam, *reinterpret_cast<const ThumbnailEvent*>(lParam));
       return TRUE;
+    case kMessageStatusLine:
+      if (lParam == 0) return FALSE;
+      [[fallthrough]];
+    case kMessageCaptureFinished:
+    case kMessageExposureReady:
+    case kMessageRefreshThumbnails: {
+      const intptr_t result = dialog.OnMessage(message, wParam, lParam);
+      SetWindowLongPtrA(window, DWLP_MSGRESULT, result);
+      return TRUE;
+    }
     default:
       return FALSE;
   }
 }
 
+// The window's queue is still there, with what the dialog has not been told so far.
+void Win32CaptureDialogView::OnDestroy(CaptureDialog* dialog) {
+  alive_ = false;
+  if (dialog != nullptr) dialog->OnWindowGone();
+}
+
 // Enter and Escape send their commands whether or not their buttons are enabled.
 void Win32CaptureDialogView::OnCommand(CaptureDialog& dialog, WPARAM wParam) {
-  if (HIWORD(wParam) != BN_CLICKED || !IsWindowEnabled(Control(LOWORD(wParam)))) return;
-  dialog.OnCommand(LOWORD(wParam));
+  const uint32_t command = LOWORD(wParam);
+  if (HIWORD(wParam) == BN_CLICKED && buttons_.IsUsable(command)) dialog.OnCommand(command);
 }
 
 }  // namespace

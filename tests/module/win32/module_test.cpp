@@ -3,25 +3,11 @@
 #include <windows.h>
 
 #include <cstring>
-#include <string>
 
-#include "twain/twain_types.h"
+#include "tests/module/win32/loaded_module.h"
 
 namespace zyr {
 namespace {
-
-std::string ModulePath() {
-  char program[MAX_PATH] = "";
-  GetModuleFileNameA(nullptr, program, sizeof program);
-  const std::string path = program;
-  return path.substr(0, path.find_last_of('\\') + 1) + "ZYRTWAIN.ds";
-}
-
-DsEntryProc EntryOf(HMODULE module) {
-  const FARPROC address = GetProcAddress(module, "DS_Entry");
-  EXPECT_EQ(GetProcAddress(module, MAKEINTRESOURCEA(1)), address);
-  return reinterpret_cast<DsEntryProc>(reinterpret_cast<void*>(address));
-}
 
 TEST(ModuleTest, AnswersEachTimeItIsLoaded) {
   for (int i = 0; i < 3; ++i) {

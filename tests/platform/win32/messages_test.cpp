@@ -66,6 +66,24 @@ TEST(MessagesWin32, DeadAndSpecialHandlesAreNoWindows) {
   EXPECT_THAT(DrainQueue(), IsEmpty());
 }
 
+TEST(MessagesWin32, APostedMessageCanBeTakenBackAndTheApplicationsQuitCannot) {
+  DrainQueue();
+  const HiddenWindow window;
+  const HiddenWindow other;
+  PostToWindow(other.window(), WM_APP, 1, 1);
+  PostToWindow(window.window(), WM_APP + 1, 2, 2);
+  PostToWindow(window.window(), WM_APP, 3, 4);
+  PostQuitMessage(42);
+  uintptr_t w = 0;
+  intptr_t l = 0;
+  EXPECT_TRUE(TakePosted(window.window(), WM_APP, &w, &l));
+  EXPECT_EQ(w, 3u);
+  EXPECT_EQ(l, 4);
+  EXPECT_FALSE(TakePosted(window.window(), WM_APP, &w, &l));
+  EXPECT_FALSE(TakePosted(nullptr, WM_APP, &w, &l));
+  EXPECT_THAT(DrainQueue(), ElementsAre(WM_APP, WM_APP + 1, WM_QUIT));
+}
+
 struct Key {
   UINT message;
   WPARAM key;

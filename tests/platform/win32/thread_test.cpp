@@ -28,6 +28,8 @@ TEST(ThreadWin32, JoinHandlesWhatTheThreadSends) {
       },
       &error);
   ASSERT_NE(thread, nullptr) << error;
+  // Seen by others, a message no longer ends a wait for new ones.
+  while (GetQueueStatus(QS_SENDMESSAGE) == 0) Sleep(1);
   EXPECT_TRUE(thread->Join(10'000));
   EXPECT_EQ(answer, 42);
   DestroyWindow(window);

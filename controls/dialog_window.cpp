@@ -1,0 +1,78 @@
+#include "controls/dialog_window.h"
+
+#include <algorithm>
+
+#include "foundation/support/phrase_lookup.h"
+
+namespace zyr {
+namespace {
+
+void TranslateCaption(HWND window) {
+  const std::string caption = WindowText(window);
+  const std::string translated = GetPhrase(caption.c_str());
+  if (translated != caption) SetWindowTextA(window, translated.c_str());
+}
+
+// The part of the window's screen that belongs to windows.
+RECT WorkAreaOf(HWND window) {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
+}
+
+// No larger than the screen, nor beyond its edges.
+void CenterIn(const RECT& area, HWND window, const RECT& screen) {
+  RECT outer;
+  GetWindowRect(window, &outer);
+  const LONG width = std::min(outer.right - outer.left, screen.right - screen.left);
+  const LONG height = std::min(outer.bottom - outer.top, screen.bottom - screen.top);
+  const LONG left = (area.left + area.right - width) / 2;
+  const LONG top = (area.top + area.bottom - height) / 2;
+  SetWindowPos(window, nullptr, std::clamp(left, screen.left, screen.right - width),
+               std::clamp(top, screen.top, screen.bottom - height), width, height,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace
+
+HWND UsableOwner(platform::Window owner) {
+  const auto window = static_cast<HWND>(owner);
+  if (!IsWindow(window) || window == GetDesktopWindow()) return nullptr;
+  return GetAncestor(window, GA_ROOT);
+}
+
+std::string WindowText(HWND window) {
+  std::string text(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
+  text.resize(
+      static_cast<size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
+void MoveFocusTo(HWND control) {
+  SendMessageA(GetParent(control), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
+}
+
+void TranslateCaptions(HWND dialog) {
+  TranslateCaption(dialog);
+  for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
+       control = GetWindow(control, GW_HWNDNEXT)) {
+    TranslateCaption(control);
+  }
+}
+
+void CenterOnScreen(HWND window, HWND owner) {
+  const RECT screen = WorkAreaOf(owner != nullptr ? owner : window);
+  CenterIn(screen, window, screen);
+}
+
+void CenterAbove(HWND window, HWND owner) {
+  if (owner == nullptr || !IsWindowVisible(owner) || IsIconic(owner)) {
+    return CenterOnScreen(window, owner);
+  }
+  RECT around;
+  GetWindowRect(owner, &around);
+  CenterIn(around, window, WorkAreaOf(owner));
+}
+
+}  // namespace zyr

@@ -1,0 +1,29 @@
+// What the module's dialogs have in common as windows.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/messages.h"
+
+namespace zyr {
+
+// The top-level window of an owner that an application has named, null for what cannot be one:
+// applications pass null, the desktop and handles that are long gone.
+HWND UsableOwner(platform::Window owner);
+
+std::string WindowText(HWND window);
+
+// Gives a control of a dialog the keyboard, and a button the looks of the one that Enter presses.
+void MoveFocusTo(HWND control);
+
+// Puts translations in the place of the captions of a dialog and its controls.
+void TranslateCaptions(HWND dialog);
+
+// In the middle of the owner's screen, or of its own without one, and no larger than that.
+void CenterOnScreen(HWND window, HWND owner);
+// In the middle of the owner, if that can be seen; otherwise the same.
+void CenterAbove(HWND window, HWND owner);
+
+}  // namespace zyr

@@ -1,0 +1,91 @@
+#include "controls/icon_button.h"
+
+#include <commctrl.h>
+
+#include <cstring>
+#include <map>
+
+#include "controls/button_icon_design.h"
+#include "controls/dialog_font.h"
+
+namespace zyr {
+namespace {
+
+constexpr int kIconSize = 18;  // pixels of a plain screen
+constexpr int kGap = 7;        // around it
+
+struct BitmapDeleter {
+  using pointer = HBITMAP;
+  void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
+};
+using Bitmap = std::unique_ptr<HBITMAP, BitmapDeleter>;
+
+struct IconDeleter {
+  using pointer = HICON;
+  void operator()(HICON icon) const { DestroyIcon(icon); }
+};
+using Icon = std::unique_ptr<HICON, IconDeleter>;
+
+struct ImageListDeleter {
+  using pointer = HIMAGELIST;
+  void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
+};
+using ImageList = std::unique_ptr<HIMAGELIST, ImageListDeleter>;
+
+Bitmap ColorBitmap(const std::vector<uint32_t>& pixels, int size) {
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = size;
+  info.bmiHeader.biHeight = -size;  // first row on top
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (bitmap != nullptr) std::memcpy(bits, pixels.data(), pixels.size() * sizeof(uint32_t));
+  return bitmap;
+}
+
+// An icon, for everywhere it is known that its colours are not multiplied by its opacity.
+Icon IconOf(ButtonIcon design, int size, bool enabled) {
+  const Bitmap color = ColorBitmap(DrawButtonIcon(design, size, enabled), size);
+  const std::vector<uint8_t> opaque((static_cast<size_t>(size) + 15) / 16 * 2 * size);
+  const Bitmap mask(CreateBitmap(size, size, 1, 1, opaque.data()));
+  ICONINFO info = {TRUE, 0, 0, mask.get(), color.get()};
+  return Icon(CreateIconIndirect(&info));
+}
+
+// One picture for each state of a button, in the order of the theme's states.
+ImageList ImagesOf(ButtonIcon design) {
+  constexpr bool kEnabled[] = {true, true, true, false, true, true};
+  const int size = Scaled(kIconSize);
+  ImageList images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, std::size(kEnabled), 0));
+  const Icon normal = IconOf(design, size, true);
+  const Icon pale = IconOf(design, size, false);
+  for (const bool enabled : kEnabled) {
+    ImageList_ReplaceIcon(images.get(), -1, (enabled ? normal : pale).get());
+  }
+  return images;
+}
+
+}  // namespace
+
+struct ButtonIcons::Impl {
+  std::map<HWND, ImageList> images;
+};
+
+ButtonIcons::ButtonIcons() : impl_(std::make_unique<Impl>()) {}
+ButtonIcons::~ButtonIcons() = default;
+
+void ButtonIcons::Set(HWND button, ButtonIcon icon) {
+  ImageList& shown = impl_->images[button];
+  ImageList images = ImagesOf(icon);
+  const int gap = Scaled(kGap);
+  BUTTON_IMAGELIST place = {images.get(), {gap, 0, gap, 0}, BUTTON_IMAGELIST_ALIGN_LEFT};
+  // Under one another, captions that begin at the same place are read more easily.
+  SetWindowLongPtrA(button, GWL_STYLE, GetWindowLongPtrA(button, GWL_STYLE) | BS_LEFT);
+  SendMessageA(button, BCM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(&place));
+  InvalidateRect(button, nullptr, TRUE);
+  shown = std::move(images);  // only now is the former list unused
+}
+
+}  // namespace zyr

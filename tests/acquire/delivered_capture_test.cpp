@@ -1,0 +1,122 @@
+// What the application gets of an exposure, bit for bit: from the simulated sensor through the
+// whole capture with the settings that a new installation has. Whoever captures the same exposure
+// under Windows gets the same.
+#include <zlib.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/support/format.h"
+#include "hardware/device/sensor_settings.h"
+#include "settings/store.h"
+#include "simulator/tool/scene.h"
+#include "tests/acquire/capture_dialog_fixture.h"
+#include "tests/acquire/maker_mark.h"
+#include "tests/hardware/golden_text.h"
+#include "tests/support/simulated_sensor.h"
+
+namespace zyr::test {
+namespace {
+
+// Lines of family, size and depth, and the CRC-32 of the samples.
+constexpr char kGolden[] =
+#include "tests/acquire/golden/delivered.inc"
+    ;
+
+class DeliveredCaptureTest : public CaptureDialogFixture {
+ protected:
+  void SetUp() override {
+    CaptureDialogFixture::SetUp();
+    UseMakerMark();
+    host::SetClock(1'700'000'000);
+    host::HoldThreads(true);
+    SensorSettings() = {};
+    PutSensorSettings();
+    SetAlwaysPromptForSensor(false);
+    SetProceedDirectlyToScan(true);
+    SetSISingleCaptureMode(true);
+    SetReturnImmediatelyAfterCap(true);
+  }
+  void TearDown() override {
+    dialog_.reset();
+    host::ResetThreads();
+    sensors_.reset();
+    CaptureDialogFixture::TearDown();
+  }
+
+  // A sensor as `zyrsim plug` has it.
+  static SensorToPlug SensorOf(simulator::Family family, simulator::Size size) {
+    SensorToPlug what;
+    what.detector.family = family;
+    what.detector.size = size;
+    what.made = std::make_shared<const simulator::Detector>(simulator::MakeDetector(
+        what.detector, simulator::SceneOfPhantom(family, size, what.detector.seed)));
+    return what;
+  }
+
+  void Capture(simulator::Family family, simulator::Size size) {
+    const SimulatedSensor sensor(SensorOf(family, size));
+    DevMgr manager;
+    sensors_.emplace(&manager);
+    SetSelectedSensorNAME(family == simulator::kFamily303 ? "LUMORAY" : "2000");
+    SetSelectedSensorHWID(sensor.instanceId());
+    ASSERT_TRUE(Open());
+    ASSERT_TRUE(host::RunHeldThread());
+    host::PumpMessages();
+    ASSERT_EQ(images_.GetCount(), 1u);
+    ASSERT_EQ(xferReadies_, 1);
+    xferReadies_ = 0;
+    dialog_.reset();
+    sensors_.reset();
+  }
+
+  // Of the rows that a memory transfer gives.
+  std::string DeliveredCrc(bool deep) {
+    CachedImage& image = *images_.GetAt(0);
+    const uint32_t rowBytes = image.width * (deep ? 2 : 1);
+    std::vector<uint8_t> rows(size_t{rowBytes + 3} * image.height);
+    TransferTerms terms;
+    terms.is16BitGrayscale = [=] { return deep; };
+    MemoryStrip strip;
+    strip.isPointer = true;
+    strip.length = static_cast<uint32_t>(rows.size());
+    strip.memory = rows.data();
+    const uint32_t xOffset = 0;
+    uint32_t offset = 0;
+    bool done = false;
+    EXPECT_TRUE(image.CopyToMemoryBuffer(&strip, &xOffset, &offset, &done, terms));
+    EXPECT_EQ(offset, image.height);
+    uLong crc = 0;
+    for (uint32_t y = 0; y < image.height; ++y) {
+      crc = crc32(crc, rows.data() + size_t{strip.bytesPerRow} * y, rowBytes);
+    }
+    return FormatText("%08lx", crc);
+  }
+};
+
+TEST_F(DeliveredCaptureTest, IsTheSameEverywhere) {
+  const struct {
+    const char* name;
+    simulator::Family family;
+    simulator::Size size;
+  } kSensors[] = {{"2000-A", simulator::kFamily2000, simulator::kSizeA},
+                  {"2000-D", simulator::kFamily2000, simulator::kSizeD},
+                  {"303-C", simulator::kFamily303, simulator::kSizeC},
+                  {"303-D", simulator::kFamily303, simulator::kSizeD}};
+  std::string delivered = "sensor-depth crc\n";
+  for (const auto& sensor : kSensors) {
+    Capture(sensor.family, sensor.size);
+    if (HasFatalFailure()) return;
+    delivered += std::string(sensor.name) + "-16 " + DeliveredCrc(true) + "\n";
+    delivered += std::string(sensor.name) + "-8 " + DeliveredCrc(false) + "\n";
+    images_.DeleteAll();
+  }
+  ExpectGolden("delivered.inc", kGolden, delivered);
+}
+
+}  // namespace
+}  // namespace zyr::test

@@ -1,0 +1,169 @@
+#include "acquire/sensor_selection/win32/sensor_selection_view.h"
+
+#include <windows.h>
+// After the system's header.
+#include <commctrl.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "acquire/sensor_selection/sensor_selection.h"
+#include "resources/resource.h"
+
+namespace zyr {
+namespace {
+
+// Sensors without hardware.
+class ListedSensors : public DevMgr {
+ public:
+  Result Initialize(DeviceCallback) override { return kOk; }
+  Result Finalize() override { return kOk; }
+  uint32_t GetDeviceCount() override { return static_cast<uint32_t>(sensors_.size()); }
+  bool GetDevice(uint32_t index, std::string* name, std::string* instanceId,
+                 std::string* sensorId) override {
+    *name = sensors_[index].name;
+    *instanceId = sensors_[index].deviceId;
+    *sensorId = sensors_[index].sensorId;
+    return true;
+  }
+  uint32_t GetChanges() const override { return changes_; }
+
+  void Set(std::vector<DeviceEntry> sensors) {
+    sensors_ = std::move(sensors);
+    ++changes_;
+  }
+
+ private:
+  std::vector<DeviceEntry> sensors_;
+  uint32_t changes_ = 0;
+};
+
+const DeviceEntry k2000{"2000", "00010001A", "USB\\VID_082E&PID_2000\\0001"};
+const DeviceEntry k303{"LUMORAY", "a sensor with a long identity, as some have",
+                       "USB\\VID_082E&PID_1005\\5&2C4FB8D1&0&NOT-SHORT-EITHER"};
+
+class SensorSelectionViewTest : public testing::Test {
+ protected:
+  // Runs the dialog; the user's acts follow each other as the window's loop comes by.
+  bool Run(std::vector<std::function<void()>> acts, HWND owner = nullptr) {
+    acts_ = std::move(acts);
+    next_ = 0;
+    test_ = this;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 10, Act);
+    const bool accepted = dialog_.Run(owner);
+    KillTimer(nullptr, timer);
+    EXPECT_EQ(next_, acts_.size()) << "the dialog closed early or not by itself";
+    EXPECT_EQ(view_->window(), nullptr);
+    return accepted;
+  }
+  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
+    SensorSelectionViewTest& test = *test_;
+    if (!IsWindowVisible(test.Window())) return;
+    const size_t now = test.next_++;
+    if (now < test.acts_.size()) return test.acts_[now]();
+    test.view_->End(false);
+  }
+
+  HWND Window() const { return static_cast<HWND>(view_->window()); }
+  HWND Control(int id) const { return GetDlgItem(Window(), id); }
+  HWND List() const { return Control(IDC_SENSOR_LIST); }
+  int RowCount() const { return ListView_GetItemCount(List()); }
+  void Press(WPARAM key) const {
+    MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
+    if (!IsDialogMessageA(Window(), &press)) DispatchMessageA(&press);
+  }
+  void DoubleClick(int row) const {
+    NMITEMACTIVATE click = {};
+    click.hdr = {List(), IDC_SENSOR_LIST, static_cast<UINT>(NM_DBLCLK)};
+    click.iItem = row;
+    SendMessageA(Window(), WM_NOTIFY, IDC_SENSOR_LIST, reinterpret_cast<LPARAM>(&click));
+  }
+  void ExpectNoColumnIsClipped() const {
+    const char* const titles[] = {"Device Name", "Sensor ID", "Device ID"};
+    for (int column = 0; column < 3; ++column) {
+      const int width = ListView_GetColumnWidth(List(), column);
+      EXPECT_GT(width, ListView_GetStringWidth(List(), titles[column]) + 12) << titles[column];
+      for (int row = 0; row < RowCount(); ++row) {
+        char text[256];
+        ListView_GetItemText(List(), row, column, text, sizeof text);
+        EXPECT_GT(width, ListView_GetStringWidth(List(), text)) << text;
+      }
+    }
+  }
+
+  static inline SensorSelectionViewTest* test_ = nullptr;
+  ListedSensors manager_;
+  IFace sensors_{&manager_};
+  std::unique_ptr<SensorSelectionView> view_ = MakeWin32SensorSelectionView();
+  SensorSelection dialog_{sensors_, *view_};
+  std::vector<std::function<void()>> acts_;
+  size_t next_ = 0;
+};
+
+TEST_F(SensorSelectionViewTest, IsUsedByKeyboardAndByMouse) {
+  manager_.Set({k2000, k303});
+  const HWND gone = CreateWindowA("STATIC", "", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+  DestroyWindow(gone);
+  const auto look = [this] {
+    EXPECT_EQ(GetFocus(), List());
+    EXPECT_EQ(RowCount(), 2);
+    ExpectNoColumnIsClipped();
+  };
+  EXPECT_TRUE(Run({look, [this] { Press(VK_DOWN); }, [this] { Press(VK_RETURN); }}, gone));
+  EXPECT_EQ(dialog_.selected.deviceId, k303.deviceId);
+
+  EXPECT_FALSE(Run({[this] { EXPECT_EQ(view_->SelectedRow(), 1u); },
+                    [this] { DoubleClick(-1); },  // below the rows
+                    [this] { Press(VK_UP); }, [this] { Press(VK_ESCAPE); }}));
+  EXPECT_EQ(dialog_.selected.deviceId, k303.deviceId);
+
+  EXPECT_TRUE(Run({[this] { view_->SelectRow(0); }, [this] { DoubleClick(0); }}));
+  EXPECT_EQ(dialog_.selected.deviceId, k2000.deviceId);
+
+  manager_.Set({k2000});
+  dialog_.auto_close = true;
+  EXPECT_TRUE(Run({})) << "no act: it is not seen";
+}
+
+TEST_F(SensorSelectionViewTest, ShowsWhatIsPluggedInMeanwhile) {
+  const auto plug = [this] {
+    EXPECT_FALSE(IsWindowVisible(List()));
+    EXPECT_EQ(GetFocus(), Control(IDOK));
+    manager_.Set({k303, k2000});
+    SendMessageA(Window(), WM_TIMER, 1, 0);
+    EXPECT_TRUE(IsWindowVisible(List()));
+    EXPECT_EQ(GetFocus(), List());
+    Press(VK_DOWN);
+  };
+  const auto unplug = [this] {
+    SetFocus(Control(IDCANCEL));
+    manager_.Set({k2000});
+    SendMessageA(Window(), WM_TIMER, 1, 0);
+    EXPECT_EQ(GetFocus(), Control(IDCANCEL));
+    EXPECT_EQ(view_->SelectedRow(), 0u);
+    ExpectNoColumnIsClipped();
+    SendMessageA(Control(IDOK), BM_CLICK, 0, 0);
+  };
+  EXPECT_TRUE(Run({plug, unplug}));
+  EXPECT_EQ(dialog_.selected.deviceId, k2000.deviceId);
+}
+
+TEST_F(SensorSelectionViewTest, EndsWhenItsOwnerIsDestroyedBehindIt) {
+  manager_.Set({k2000, k303});
+  const HWND owner = CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, nullptr,
+                                   nullptr, nullptr, nullptr);
+  const auto destroy = [owner] {
+    EXPECT_FALSE(IsWindowEnabled(owner));
+    DestroyWindow(owner);
+  };
+  EXPECT_FALSE(Run({destroy}, owner));
+  EXPECT_TRUE(dialog_.selected.deviceId.empty());
+}
+
+}  // namespace
+}  // namespace zyr
