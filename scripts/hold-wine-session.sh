@@ -8,14 +8,23 @@ set -uo pipefail
 arch=$1 prefix=$2 seconds=$3
 session=$prefix/session
 
-Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$session/display.number" &
-xvfb=$!
-trap 'kill "$xvfb" 2>/dev/null; wait "$xvfb" 2>/dev/null' EXIT
-until [ -s "$session/display.number" ]; do
-  kill -0 "$xvfb" 2>/dev/null || die "Xvfb does not start"
-  sleep 0.02
-done
-echo ":$(cat "$session/display.number")" >"$session/display"
+start_x_server() {
+  Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$session/display.number" &
+  xvfb=$!
+  trap 'kill "$xvfb" 2>/dev/null; wait "$xvfb" 2>/dev/null' EXIT
+  until [ -s "$session/display.number" ]; do
+    kill -0 "$xvfb" 2>/dev/null || die "Xvfb does not start"
+    sleep 0.02
+  done
+  echo ":$(cat "$session/display.number")" >"$session/display"
+}
+
+# ZYR_SESSION_DISPLAY names a display that is there already, for people to sit before.
+if [ -n "${ZYR_SESSION_DISPLAY:-}" ]; then
+  echo "$ZYR_SESSION_DISPLAY" >"$session/display"
+else
+  start_x_server
+fi
 
 wine_environment "$arch" "$prefix" "$(cat "$session/display")" || die "no Wine for $arch"
 mkfifo "$session/never"

@@ -13,26 +13,29 @@ install_module() {
   mkdir -p "$twain/ZYR/Languages"
   cp "$3/ZYRTWAIN.ds" "$twain/ZYR/ZYRTWAIN.ds"
   cp "$3/ZYRTWAIN.ds" "$twain/sane.ds"
+  # The module looks beside itself, and for its installation in ZYR.
   cp "$ZYR_ROOT/resources/Settings.XML" "$twain/ZYR/Settings.XML"
+  cp "$ZYR_ROOT/resources/Settings.XML" "$twain/Settings.XML"
   if [ -d "$ZYR_ROOT/resources/Languages" ]; then
     cp "$ZYR_ROOT"/resources/Languages/* "$twain/ZYR/Languages/"
   fi
 }
 
 # module_settings ARCH PREFIX NAME=VALUE...: stores settings of the module, all by one call into the running session.
-# A VALUE of digits is a number, any other a text.
+# A VALUE of digits is a number, any other a text, and every one behind NAME:= is a text.
 module_settings() {
-  local arch=$1 prefix=$2 file=$2/settings.reg pair value
+  local arch=$1 prefix=$2 file=$2/settings.reg pair name value
   shift 2
   {
     printf 'REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\ZYR\\TWAIN]\n'
     for pair in "$@"; do
       value=${pair#*=}
-      if [[ $value =~ ^[0-9]+$ ]]; then
-        printf '"%s"=dword:%08x\n' "${pair%%=*}" "$value"
+      name=${pair%%=*}
+      if [[ $value =~ ^[0-9]+$ && $name != *: ]]; then
+        printf '"%s"=dword:%08x\n' "$name" "$value"
       else
         value=${value//\\/\\\\}
-        printf '"%s"="%s"\n' "${pair%%=*}" "${value//\"/\\\"}"
+        printf '"%s"="%s"\n' "${name%:}" "${value//\"/\\\"}"
       fi
     done
   } >"$file"

@@ -1,4 +1,5 @@
-# Simulated sensors in a Wine prefix with a running session. Source after common.sh and wine.sh.
+# Simulated sensors in a Wine prefix with a running session. Source after common.sh, wine.sh and
+# module.sh.
 
 # zyrsim ARCH PREFIX BINARIES ARGUMENT...: runs BINARIES/zyrsim.exe there. Lines end as lines do here; the exit status is
 # zyrsim's with `set -o pipefail`. What it starts lives on in the session.
@@ -12,4 +13,12 @@ zyrsim() {
 # sensors that are plugged in from then on have that one.
 install_simulator() {
   zyrsim "$1" "$2" "$3" install --driver-version "${4:-3}"
+}
+
+# choose_sensor ARCH PREFIX FAMILY: the sensor of instance 0001 becomes the one that the module's user has chosen.
+choose_sensor() {
+  local name=2000 product=2000
+  [ "$3" = 303 ] && name=LUMORAY product=1005
+  module_settings "$1" "$2" "SelectedSensorNAME:=$name" SelectedSensorID:=0001 \
+    "SelectedSensorHWID=USB\\VID_082E&PID_$product\\0001"
 }
