@@ -38,12 +38,16 @@ e2e_begin() {
   E2E_TWAIN=$E2E_DRIVE_C/windows/$(twain_folder "$ZYR_ARCH")
   E2E_OUT=$E2E_DRIVE_C/out
   E2E_OUT_WINDOWS='C:\out'
+  # Two runs of the same script would end each other's session.
+  mkdir -p "${ZYR_WINE_PREFIX%/*}"
+  exec 9>"$ZYR_WINE_PREFIX.run"
+  flock 9
   wine_end_session "$ZYR_ARCH" "$ZYR_WINE_PREFIX"
   wine_copy_prefix "$ZYR_ARCH" "$ZYR_WINE_PREFIX" || exit 77
   mkdir "$E2E_OUT"
   install_module "$ZYR_ARCH" "$ZYR_WINE_PREFIX" "$ZYR_BUILD_DIR/bin"
   trap e2e_end EXIT
-  wine_session "$ZYR_ARCH" "$ZYR_WINE_PREFIX" 600 || exit 77
+  wine_session "$ZYR_ARCH" "$ZYR_WINE_PREFIX" 600 9>&- || exit 77
 }
 
 e2e_end() {
