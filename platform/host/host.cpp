@@ -17,6 +17,7 @@ void ResetAll() {
   ResetResources();
   ResetShell();
   ResetSounds();
+  ResetClipboard();
   ResetDirectories();
   ResetVersions();
   ResetSystemInfo();

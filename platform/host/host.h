@@ -1,6 +1,7 @@
 // All test controls.
 #pragma once
 
+#include "platform/host/clipboard.h"
 #include "platform/host/clock.h"
 #include "platform/host/device_bus.h"
 #include "platform/host/directories.h"
