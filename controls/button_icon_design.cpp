@@ -141,6 +141,36 @@ Design Stop() {
   return {Ring({9, 9}, 7.25), Rectangle(7.75, 7.75, 10.25, 10.25, 1.6), Accent::kRed};
 }
 
+// A shape and its mirror image, with the mirror in between.
+Design Flip() {
+  return {Path({{9, 1.75}, {9, 4.25}}) + Path({{9, 7.75}, {9, 10.25}}) +
+              Path({{9, 13.75}, {9, 16.25}}) +
+              Path({{11.75, 4.25}, {16.25, 13.75}, {11.75, 13.75}, {11.75, 4.25}}),
+          Path({{6.25, 4.25}, {1.75, 13.75}, {6.25, 13.75}, {6.25, 4.25}}) +
+              Path({{5.25, 8.75}, {3.75, 12.5}, {5.25, 12.5}, {5, 10}}, 1)};
+}
+
+// An arrow around a point, clockwise.
+Design Rotate() {
+  return {Dot({9, 9.75}, 1.5),
+          Arc({9, 9.75}, 6, 0, 3.35) + Path({{11.75, 1.5}, {12.25, 5.25}, {8.5, 6}})};
+}
+
+// Half dark, half light.
+Design Enhance() {
+  return {Ring({9, 9}, 7), Arc({9, 9}, 4.6, 3, 5) + Arc({9, 9}, 3.4, 3, 5) +
+                               Arc({9, 9}, 2.2, 3, 5) + Arc({9, 9}, 1, 3, 5) +
+                               Path({{9.4, 4.6}, {9.4, 13.4}})};
+}
+
+Design Undo() {
+  return {{},
+          Path({{2.75, 6.75}, {11, 6.75}}) + Arc({11, 11}, 4.25, 3, 5) +
+              Path({{11, 15.25}, {6.25, 15.25}}) + Path({{6.5, 2.75}, {2.5, 6.75}, {6.5, 10.75}})};
+}
+
+Design Accept() { return {{}, Path({{2.75, 9.75}, {7, 14}, {15.25, 4.25}}, 1)}; }
+
 Design DesignOf(ButtonIcon icon) {
   switch (icon) {
     case ButtonIcon::kAcquire:
@@ -167,6 +197,16 @@ Design DesignOf(ButtonIcon icon) {
       return Cancel();
     case ButtonIcon::kStop:
       return Stop();
+    case ButtonIcon::kFlip:
+      return Flip();
+    case ButtonIcon::kRotate:
+      return Rotate();
+    case ButtonIcon::kEnhance:
+      return Enhance();
+    case ButtonIcon::kUndo:
+      return Undo();
+    case ButtonIcon::kAccept:
+      return Accept();
   }
   return {};
 }

@@ -20,7 +20,9 @@ namespace {
 constexpr COLORREF kSurface = RGB(0x2C, 0x77, 0x57);
 constexpr COLORREF kInk = RGB(0xFF, 0xFF, 0xFF);
 constexpr wchar_t kFace[] = L"Arial";
-constexpr int kLeastFont = 8;  // pixels
+constexpr int kLeastFont = 8;     // pixels
+constexpr int kWorthOfCalm = 65;  // percent of the largest font that fewer lines are worth
+constexpr size_t kMostCalmLines = 4;
 
 // The sign is a dot from which a pulse goes out: rings that fade. In halves of the sign's size.
 struct Ring {
@@ -38,24 +40,38 @@ struct Places {
   RECT text;
 };
 
+// Beside each other where the window is wide.
+bool IsWide(const RECT& client) { return client.right > 2 * client.bottom; }
+
+int MarginOf(const RECT& client) {
+  return std::max<int>(std::min(client.right, client.bottom) / 12, 1);
+}
+
 Places Arrange(const RECT& client) {
   const int width = client.right;
   const int height = client.bottom;
-  const int margin = std::max(std::min(width, height) / 12, 1);
+  const int margin = MarginOf(client);
   Places places;
-  if (width > 2 * height) {
+  if (IsWide(client)) {
     const int size = std::max(std::min(height - 2 * margin, width / 5), 0);
     places.signAt = {2 * margin, (height - size) / 2};
     places.signSize = size;
     places.text = {3 * margin + size, margin, width - 2 * margin, height - margin};
   } else {
     const int size = std::max(std::min(width, height) * 3 / 10, 0);
-    const int top = std::max(height / 8, margin);
-    places.signAt = {(width - size) / 2, top};
+    places.signAt = {(width - size) / 2, margin};
     places.signSize = size;
-    places.text = {margin, top + size + margin / 2, width - margin, height - margin};
+    places.text = {margin, 2 * margin + size, width - margin, height - margin};
   }
   return places;
+}
+
+// Puts sign and text, now that its height is known, in the middle together.
+void Gather(Places& places, const RECT& client, int textHeight) {
+  const int room = static_cast<int>(places.text.bottom - places.text.top);
+  const int spare = std::max(room - textHeight, 0);
+  places.text.top += spare / 2;
+  if (!IsWide(client)) places.signAt.y += spare / 2;
 }
 
 double Coverage(double distance) { return std::clamp(0.5 - distance, 0.0, 1.0); }
@@ -129,44 +145,62 @@ std::vector<std::string> LinesOf(HDC dc, const std::string& text, int width) {
   return lines;
 }
 
-bool Fits(HDC dc, const std::string& text, SIZE room, int fontHeight) {
+// Whether so few lines of that font hold the text.
+bool Fits(HDC dc, const std::string& text, SIZE room, size_t mostLines, int fontHeight) {
   const Font font(BoldArial(fontHeight));
   const HGDIOBJ previous = SelectObject(dc, font.handle());
   const std::vector<std::string> lines = LinesOf(dc, text, room.cx);
-  const bool fits = static_cast<int>(lines.size()) * LineHeight(dc) <= room.cy &&
-                    std::all_of(lines.begin(), lines.end(), [&](const std::string& line) {
-                      return WidthOf(dc, line) <= room.cx;
-                    });
+  const bool fits =
+      lines.size() <= mostLines && static_cast<int>(lines.size()) * LineHeight(dc) <= room.cy &&
+      std::all_of(lines.begin(), lines.end(),
+                  [&](const std::string& line) { return WidthOf(dc, line) <= room.cx; });
   SelectObject(dc, previous);
   return fits;
 }
 
-int FittingFont(HDC dc, const std::string& text, SIZE room) {
+// The largest font, or the least one if none fits.
+int FittingFont(HDC dc, const std::string& text, SIZE room, size_t mostLines) {
   int fits = kLeastFont;
   int tooLarge = std::max(static_cast<int>(room.cy), kLeastFont) + 1;
   while (tooLarge - fits > 1) {
     const int middle = (fits + tooLarge) / 2;
-    (Fits(dc, text, room, middle) ? fits : tooLarge) = middle;
+    (Fits(dc, text, room, mostLines, middle) ? fits : tooLarge) = middle;
   }
   return fits;
 }
 
-void DrawFittedText(HDC dc, const std::string& text, const RECT& area) {
-  const SIZE room = {area.right - area.left, area.bottom - area.top};
-  const Font font(BoldArial(FittingFont(dc, text, room)));
-  const HGDIOBJ previous = SelectObject(dc, font.handle());
+// Words that belong together stay on a line as long as the letters lose little by it.
+int CalmFont(HDC dc, const std::string& text, SIZE room) {
+  const int largest = FittingFont(dc, text, room, text.size());
+  for (size_t lines = 1; lines < kMostCalmLines; ++lines) {
+    const int font = FittingFont(dc, text, room, lines);
+    if (font * 100 >= largest * kWorthOfCalm) return font;
+  }
+  return largest;
+}
+
+void DrawLines(HDC dc, const std::vector<std::string>& lines, int step, RECT place) {
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, kInk);
-  const std::vector<std::string> lines = LinesOf(dc, text, room.cx);
-  const int step = LineHeight(dc);
-  RECT place = area;
-  place.top += (room.cy - static_cast<int>(lines.size()) * step) / 2;
   for (const std::string& line : lines) {
     DrawTextA(dc, line.c_str(), static_cast<int>(line.size()), &place,
               DT_CENTER | DT_SINGLELINE | DT_NOPREFIX);
     place.top += step;
   }
+}
+
+void PaintCall(HDC dc, const RECT& client, const std::string& text) {
+  FillArea(dc, client, kSurface);
+  Places places = Arrange(client);
+  const SIZE room = {places.text.right - places.text.left, places.text.bottom - places.text.top};
+  const Font font(BoldArial(CalmFont(dc, text, room)));
+  const HGDIOBJ previous = SelectObject(dc, font.handle());
+  const std::vector<std::string> lines = LinesOf(dc, text, room.cx);
+  const int step = LineHeight(dc);
+  Gather(places, client, static_cast<int>(lines.size()) * step);
+  DrawLines(dc, lines, step, places.text);
   SelectObject(dc, previous);
+  DrawSign(dc, places.signAt, places.signSize);
 }
 
 void Paint(HWND window) {
@@ -174,10 +208,7 @@ void Paint(HWND window) {
   if (paint.dc() == nullptr) return;
   RECT client;
   GetClientRect(window, &client);
-  FillArea(paint.dc(), client, kSurface);
-  const Places places = Arrange(client);
-  DrawSign(paint.dc(), places.signAt, places.signSize);
-  DrawFittedText(paint.dc(), WindowText(window), places.text);
+  PaintCall(paint.dc(), client, WindowText(window));
 }
 
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

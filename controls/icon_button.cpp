@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 
@@ -55,9 +56,8 @@ Icon IconOf(ButtonIcon design, int size, bool enabled) {
 }
 
 // One picture for each state of a button, in the order of the theme's states.
-ImageList ImagesOf(ButtonIcon design) {
+ImageList ImagesOf(ButtonIcon design, int size) {
   constexpr bool kEnabled[] = {true, true, true, false, true, true};
-  const int size = Scaled(kIconSize);
   ImageList images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, std::size(kEnabled), 0));
   const Icon normal = IconOf(design, size, true);
   const Icon pale = IconOf(design, size, false);
@@ -67,7 +67,20 @@ ImageList ImagesOf(ButtonIcon design) {
   return images;
 }
 
+int CaptionHeight(HWND button) {
+  const HDC dc = GetDC(button);
+  const auto font = reinterpret_cast<HFONT>(SendMessageA(button, WM_GETFONT, 0, 0));
+  const HGDIOBJ previous = font != nullptr ? SelectObject(dc, font) : nullptr;
+  TEXTMETRICA metrics = {};
+  GetTextMetricsA(dc, &metrics);
+  if (previous != nullptr) SelectObject(dc, previous);
+  ReleaseDC(button, dc);
+  return static_cast<int>(metrics.tmHeight);
+}
+
 }  // namespace
+
+int ButtonIconSize(int captionHeight) { return std::max(Scaled(kIconSize), captionHeight); }
 
 struct ButtonIcons::Impl {
   std::map<HWND, ImageList> images;
@@ -78,7 +91,7 @@ ButtonIcons::~ButtonIcons() = default;
 
 void ButtonIcons::Set(HWND button, ButtonIcon icon) {
   ImageList& shown = impl_->images[button];
-  ImageList images = ImagesOf(icon);
+  ImageList images = ImagesOf(icon, ButtonIconSize(CaptionHeight(button)));
   const int gap = Scaled(kGap);
   BUTTON_IMAGELIST place = {images.get(), {gap, 0, gap, 0}, BUTTON_IMAGELIST_ALIGN_LEFT};
   // Under one another, captions that begin at the same place are read more easily.

@@ -21,10 +21,19 @@ enum class ButtonIcon {
   kReturn,
   kCancel,
   kStop,
+  kFlip,
+  kRotate,
+  kEnhance,
+  kUndo,
+  kAccept,
 };
 
-// Gives ordinary push buttons their pictures, drawn at the screen's scale, pale while the button is
-// disabled. Lives as long as the buttons show them. User-interface thread only.
+// The pictures' width and height in pixels: by the screen's scale, and no smaller than the letters
+// beside them, which are so high.
+int ButtonIconSize(int captionHeight);
+
+// Gives ordinary push buttons their pictures, pale while the button is disabled. Lives as long as
+// the buttons show them. User-interface thread only.
 class ButtonIcons {
  public:
   ButtonIcons();

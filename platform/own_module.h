@@ -23,7 +23,7 @@ class EntryVisit {
 };
 
 // Stands for the time of a call of a window procedure from which others run: a message box, a
-// notification.
+// notification. Not while the module is being unloaded.
 class WindowVisit {
  public:
   WindowVisit();

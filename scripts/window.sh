@@ -2,7 +2,8 @@
 
 # The controls of the capture dialog, by the numbers of its template.
 return_images=1 cancel=2 options=2000 delete_selected=2006 acquire_image=2010 select_sensor=2011 acquire_series=2012
-manual_trigger=2013 delete_all=2020 status_panel=2100 exposure_panel=2101 thumbnails=2102
+manual_trigger=2013 help=2014 delete_all=2020 thumbnails_command=2007 status_panel=2100 exposure_panel=2101
+thumbnails=2102 rows=2110 columns=2111
 
 # zyrdialog ARCH PREFIX BINARIES STEP...: see `zyrdialog --help`.
 zyrdialog() {

@@ -1,6 +1,7 @@
 #include "settings/phrases.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <string_view>
@@ -74,10 +75,9 @@ std::string PhraseTable::Translate(const char* text) {
   if (text == nullptr || *text == '\0') return {};
   if (testMode_) return std::string(std::strlen(text), 'x');
   if (provider_ != nullptr) {
-    providerBuffer_.fill('\0');
-    provider_(text, providerBuffer_.data(), providerBuffer_.size());
-    return std::string(providerBuffer_.begin(),
-                       std::find(providerBuffer_.begin(), providerBuffer_.end(), '\0'));
+    std::array<char, kProviderBufferSize> buffer{};
+    provider_(text, buffer.data(), buffer.size());
+    return std::string(buffer.begin(), std::find(buffer.begin(), buffer.end(), '\0'));
   }
   if (loaded_) {
     const auto found = phrases_.find(text);

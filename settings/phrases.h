@@ -1,7 +1,6 @@
 // Translation of the texts that the user sees.
 #pragma once
 
-#include <array>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -41,7 +40,6 @@ class PhraseTable {
   bool loaded_ = false;
   bool testMode_ = false;
   Provider provider_ = nullptr;
-  std::array<char, kProviderBufferSize> providerBuffer_{};
   std::string languageName_;
   std::string fileName_;
 };

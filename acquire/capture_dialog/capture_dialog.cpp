@@ -157,6 +157,7 @@ void CaptureDialog::OnCommand(uint32_t command) {
       break;
   }
   if (IsBusy()) return;
+  errorStands_ = false;
   switch (command) {
     case kCommandAcquireSeries:
       EnterSeriesMode();
@@ -218,7 +219,7 @@ intptr_t CaptureDialog::OnStatusLine(uintptr_t kind, const StatusRecord& record)
 void CaptureDialog::OnReturnTimer() {
   const auto self = shared_from_this();
   view_->StopReturnTimer();
-  ReturnImages();
+  if (!IsBusy()) ReturnImages();  // a user may have been faster
 }
 
 void CaptureDialog::OnWindowGone() {
@@ -261,10 +262,11 @@ void CaptureDialog::CancelOrClose() {
     abort_requested = true;
     sensors_.ManualTrigger();
     capturing_ = false;
+    ShowPanel(CapturePanel::kStatus);  // nobody may be called upon to fire any more
     return;
   }
   closing_ = true;
-  SaveRemainingImages();
+  images_.SaveRemaining();
   SaveWindowPlacement(window());
   owner_.NotifyCloseDSReq();
   view_->Close();
@@ -288,13 +290,20 @@ void CaptureDialog::ShowStatus(StatusKind kind, const std::string& title, const 
 
 int32_t CaptureDialog::AddStatus(StatusKind kind, const std::string& title,
                                  const std::string& text) {
-  ShowStatusPanel();
+  if (kind == kStatusError) errorStands_ = true;
+  ShowPanel(CapturePanel::kStatus);
   return status_.Add(kind, title, text);
 }
 
-void CaptureDialog::ShowStatusPanel() {
-  thumbnailsVisible_ = seriesMode_;
-  view_->ShowPanel(CapturePanel::kStatus);
+void CaptureDialog::ShowPanel(CapturePanel panel) {
+  panel_ = panel;
+  view_->ShowPanel(panel);
+}
+
+// Thumbnails that took the place of an error would hide it before anybody could read it.
+void CaptureDialog::ArrangePanels() {
+  split_ = seriesMode_ || (errorStands_ && images_.GetCount() != 0);
+  view_->SetSplitLayout(split_);
 }
 
 void CaptureDialog::ShowStatusDetail(const std::string& text) { status_.AddDetail(text); }

@@ -76,7 +76,9 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   void EnableButtons(bool enable);
   intptr_t OnStatusLine(uintptr_t kind, const StatusRecord& record);
   int32_t AddStatus(StatusKind kind, const std::string& title, const std::string& text);
-  void ShowStatusPanel();
+  void ShowPanel(CapturePanel panel);
+  void ArrangePanels();
+  bool AreThumbnailsInView() const { return split_ || panel_ == CapturePanel::kThumbnails; }
 
   // The course of a capture.
   void StartCapture();
@@ -95,17 +97,16 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   void GoIdle();
   void EndWithoutImage();
   void GiveUpCapture();
+  // The panels follow with ArrangePanels.
   void EnterSeriesMode();
   void LeaveSeriesMode();
   void ShowSensor();
 
   // What becomes of its image.
   void TakeImage(platform::GlobalHandle handle);  // takes it over
+  void TellOfLostImage();
   void EnhanceImage(CachedImage& image);
   void SaveImage(CachedImage& image);
-  // Those that could not be saved so far.
-  void SaveRemainingImages();
-  void DropOtherImages(const CachedImage& newest);
 
   void RefreshThumbnails();
   void ShowThumbnailPanel();
@@ -124,7 +125,9 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   bool seriesMode_ = false;
   bool finishExpected_ = false;  // a capture runs, and its last message has not been handled
   bool takingImage_ = false;
-  bool thumbnailsVisible_ = false;
+  bool errorStands_ = false;  // in the status lines, and the user has done nothing since
+  bool split_ = false;
+  CapturePanel panel_ = CapturePanel::kStatus;
   bool closing_ = false;
   bool windowGone_ = false;
 };

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "acquire/image_dialog/image_dialog_view.h"
 #include "acquire/sensor_selection/sensor_selection_view.h"
 #include "platform/messages.h"
 
@@ -64,9 +65,12 @@ class CaptureDialogView {
   virtual void SetButtonCaption(uint32_t command, const std::string& caption) = 0;
   virtual void SetButtonTip(uint32_t command, const std::string& tip) = 0;
 
-  // Outside a series one panel is seen at a time. In a series the thumbnails stay in view, and the
+  // Whether the picture of the Cancel button is one for stopping.
+  virtual void SetStopIcon(bool stop) = 0;
+
+  // At first one panel is seen at a time. In the split layout the thumbnails stay in view, and the
   // other two share what room they leave.
-  virtual void SetSeriesLayout(bool series) = 0;
+  virtual void SetSplitLayout(bool split) = 0;
   virtual void ShowPanel(CapturePanel panel) = 0;
   virtual void SetExposureText(const std::string& text) = 0;
 
@@ -85,6 +89,7 @@ class CaptureDialogView {
 
   // Modal dialogs above the window.
   virtual std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() = 0;
+  virtual std::unique_ptr<ImageDialogView> MakeImageDialogView() = 0;
   // The user's choice; null for Cancel.
   virtual std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) = 0;
 

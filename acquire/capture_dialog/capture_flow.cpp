@@ -43,6 +43,8 @@ void CaptureDialog::StartCapture() {
   abort_requested = false;
   EnableButtons(false);
   status_.Clear();
+  ShowPanel(CapturePanel::kStatus);
+  ArrangePanels();
   CaptureStatus().SetTarget(window(), kMessageStatusLine);
   CaptureStatus().SetRename(true);
   CaptureStatus().ResetLines();
@@ -132,7 +134,7 @@ void CaptureDialog::ShowSensor() {
 void CaptureDialog::OnExposureReady() {
   if (!capturing_ || !finishExpected_) return;
   view_->SetExposureText(GetPhrase("Ready For X-ray Exposure"));
-  view_->ShowPanel(CapturePanel::kExposure);
+  ShowPanel(CapturePanel::kExposure);
   platform::PlaySoundResource(IDR_EXPOSURE_SOUND);
 }
 
@@ -159,8 +161,10 @@ void CaptureDialog::OnCaptureFinished(bool failed, platform::GlobalHandle image)
 
 bool CaptureDialog::TellIfNoImage(bool failed, platform::GlobalHandle image) {
   if (failed) {
+    const bool errorStood = errorStands_;
     ShowStatus(kStatusError, GetPhrase("Image Acquisition Error"),
                GetPhrase("Image acquisition canceled"));
+    if (abort_requested) errorStands_ = errorStood;  // the user knows
   } else if (image == nullptr) {
     ShowStatus(kStatusError, GetPhrase("Unable To Download Image From Hardware!"), LastErrorText());
   } else if (abort_requested) {
@@ -205,6 +209,7 @@ void CaptureDialog::GoIdle() {
   view_->SetButtonVisible(kCommandManualTrigger, false);
   EnableButtons(true);
   LeaveSeriesMode();
+  ArrangePanels();
 }
 
 // Nobody is left to see the rest of it; but an exposure that has been made is not made again.
@@ -221,17 +226,15 @@ void CaptureDialog::GiveUpCapture() {
 
 void CaptureDialog::EnterSeriesMode() {
   if (std::exchange(seriesMode_, true)) return;
-  view_->SetSeriesLayout(true);
-  ShowStatusPanel();
   ApplyThumbnailGrid();
+  view_->SetStopIcon(true);
   view_->SetButtonCaption(kCommandCancel, GetPhrase("Stop Capture"));
 }
 
 void CaptureDialog::LeaveSeriesMode() {
   if (!std::exchange(seriesMode_, false)) return;
-  view_->SetSeriesLayout(false);
-  ShowStatusPanel();
   ApplyThumbnailGrid();
+  view_->SetStopIcon(false);
   view_->SetButtonCaption(kCommandCancel, GetPhrase("Cancel"));
 }
 

@@ -5,7 +5,7 @@
 
 #include "acquire/capture_dialog/capture_dialog.h"
 #include "acquire/image_cache/image_enhancement.h"
-#include "foundation/support/error.h"
+#include "acquire/image_dialog/image_dialog.h"
 #include "foundation/support/format.h"
 #include "foundation/support/phrase_lookup.h"
 #include "imaging/operations/geometry/shrink.h"
@@ -70,22 +70,23 @@ void CaptureDialog::TakeImage(platform::GlobalHandle handle) try {
                        "hardware."));
   CachedImage* const image = images_.AddFromHandle(
       sensor_.name, handle, static_cast<uint32_t>(platform::Now()), kFirstFrame, sensor_.sensorId);
-  if (image == nullptr) {
-    return ShowStatus(kStatusError, GetPhrase("Unable To Download Image From Hardware!"),
-                      LastErrorText());
-  }
+  if (image == nullptr) return TellOfLostImage();
   ShowStatus(kStatusStep, GetPhrase("Performing Our Image Enhancements"),
              GetPhrase("Applying the image processing options"));
   EnhanceImage(*image);
   ShowStatusDetail(GetPhrase("Saving the image to the cache"));
   SaveImage(*image);
-  DropOtherImages(*image);
+  images_.LimitMemory();
   // It goes out with those that the application has begun to fetch.
   if (owner_.IsDelivering()) image->TurnTopDown();
   ShowStatus(
       kStatusStep, GetPhrase("Image Successfully Downloaded"),
       FormatText("%s\n%s", images_.DescribeLast().c_str(), images_.DescribeLastSensor().c_str()));
 } catch (const std::bad_alloc&) {
+  TellOfLostImage();
+}
+
+void CaptureDialog::TellOfLostImage() {
   ShowStatus(kStatusError, GetPhrase("Unable To Download Image From Hardware!"),
              GetPhrase("Out of memory"));
 }
@@ -100,31 +101,13 @@ void CaptureDialog::EnhanceImage(CachedImage& image) {
 }
 
 void CaptureDialog::SaveImage(CachedImage& image) {
-  if (image.Save()) return SaveRemainingImages();
+  if (image.Save()) return images_.SaveRemaining();
   const std::string format = GetFormatPhrase(
       "The image could not be saved to the folder %s.  It is kept in memory and will be saved as "
       "soon as possible.  Please be sure that the folder is available and that there is enough "
       "free drive space.");
   ShowStatus(kStatusError, GetPhrase("Unable To Save Image!"),
              FormatText(format.c_str(), GetScanToPath().c_str()));
-}
-
-void CaptureDialog::SaveRemainingImages() {
-  for (size_t i = 0; i < images_.GetCount(); ++i) {
-    CachedImage& image = *images_.GetAt(i);
-    if (!image.IsSaved()) image.Save();
-  }
-}
-
-// However long a series gets, the newest image alone stays in memory in full.
-void CaptureDialog::DropOtherImages(const CachedImage& newest) {
-  for (size_t i = 0; i < images_.GetCount(); ++i) {
-    CachedImage& image = *images_.GetAt(i);
-    if (&image == &newest) continue;
-    image.image8.reset();
-    image.preview.reset();
-    image.DropPixels();
-  }
 }
 
 void CaptureDialog::ReturnImages() {
@@ -138,7 +121,7 @@ void CaptureDialog::ReturnImages() {
         GetPhrase("No Images Available"), PromptKind::kWarning);
     return;
   }
-  SaveRemainingImages();
+  images_.SaveRemaining();
   SaveWindowPlacement(window());
   platform::ProgressWindow progress(GetPhrase("Preparing images for return"));
   const size_t count = images_.GetCount();
@@ -170,18 +153,18 @@ void CaptureDialog::RefreshThumbnails() {
 }
 
 void CaptureDialog::ShowThumbnailPanel() {
+  ArrangePanels();
   if (images_.GetCount() == 0) {
     return ShowInfo(GetPhrase("Step #1: Acquire New Image"),
                     GetPhrase("To acquire an image from the ZYR hardware, click on one of the "
                               "'Acquire Image' buttons."));
   }
-  if (!thumbnailsVisible_) {
+  if (!AreThumbnailsInView()) {
     ShowInfo(GetPhrase("Generating Displayable Image"),
              GetPhrase("The bit image is being converted into an image that can be displayed on "
                        "this computer."));
   }
-  thumbnailsVisible_ = true;
-  view_->ShowPanel(CapturePanel::kThumbnails);
+  ShowPanel(CapturePanel::kThumbnails);
 }
 
 void CaptureDialog::ApplyThumbnailGrid() {
@@ -195,22 +178,32 @@ void CaptureDialog::OnThumbnailSelected(size_t index, bool selected) {
   RefreshButtons();
 }
 
-// Images are opened in a dialog of their own, which does not exist yet.
-void CaptureDialog::OnThumbnailOpened(size_t) {}
+// The application may fetch and delete the image, or close this window, while the user looks at it.
+void CaptureDialog::OnThumbnailOpened(size_t index) {
+  if (IsBusy()) return;
+  const auto self = shared_from_this();
+  errorStands_ = false;
+  const std::unique_ptr<ImageDialogView> view = view_->MakeImageDialogView();
+  ImageDialog dialog(*view, images_);
+  if (!dialog.SetImage(images_.GetAt(index)) || !dialog.Run(window())) return;
+  if (HasWindow()) RefreshThumbnails();
+}
 
 bool CaptureDialog::IsThumbnailSelected(size_t index) const {
   const CachedImage* image = images_.GetAt(index);
   return image != nullptr && image->selected;
 }
 
-// Of a thousand images not one is kept in memory in full.
+// A thousand images may be looked at: none stays in memory for that.
 std::unique_ptr<CKIPImage> CaptureDialog::Thumbnail(size_t index, uint32_t mostWidth,
                                                     uint32_t mostHeight) {
   CachedImage* const image = images_.GetAt(index);
-  if (image == nullptr || !image->EnsurePreview()) return nullptr;
+  if (image == nullptr) return nullptr;
+  const bool wasInMemory = image->HasPixelsInMemory();
+  if (!image->EnsurePreview()) return nullptr;
   const std::unique_ptr<CKIPImage> preview = std::move(image->preview);
   image->image8.reset();
-  image->DropPixels();
+  if (!wasInMemory) image->DropPixels();
   const uint32_t limit = LimitToFit(*preview, mostWidth, mostHeight);
   return limit == 0 ? nullptr : ShrinkToLimit(preview.get(), limit, nullptr);
 }

@@ -63,7 +63,7 @@ IFace::~IFace() {
 }
 
 int32_t IFace::Initialize() {
-  if (deviceManager_ == nullptr) return 0;
+  if (deviceManager_ == nullptr) return Fail("Unable to initialize ZYR hardware interface.");
   if (initialised_) return 1;
   if (!SensorSettings().Load()) return ShowInitializeFailure();
   DevMgr& manager = *deviceManager_;
@@ -127,8 +127,11 @@ int32_t IFace::CreateLumoDevice(const std::string& name, const std::string& sens
         "No viable ZYR sensor was selected in the sensor options; the selected sensor system may "
         "no longer be available");
   }
-  // The thread of a capture that was given up may still be speaking to the same device.
-  if (!WaitForCaptureThread(kLastCapturePatience)) return FailToCreate(wanted);
+  // The thread of a capture that was given up may still be speaking to the same device. A call that
+  // comes meanwhile may have begun another one.
+  if (!WaitForCaptureThread(kLastCapturePatience) || device_ != nullptr) {
+    return FailToCreate(wanted);
+  }
   Device* device = nullptr;
   if (deviceManager_ == nullptr || Failed(deviceManager_->CreateDevice(deviceId, &device))) {
     return FailToCreate(wanted);

@@ -42,6 +42,13 @@ std::string SensorText(const std::string& family, const std::string& sensor) {
   return RenameForDisplay(FormatText("%s %s", family.c_str(), sensor.c_str()));
 }
 
+void TellOfNoMemory() {
+  try {
+    SetErrorText(kErrorOutOfResources, GetPhrase("Out of memory"));
+  } catch (const std::exception&) {  // nor for the words
+  }
+}
+
 void PostLine(StatusLineKind kind, const char* title, const std::string& text) {
   CaptureStatus().Post(kind, GetPhrase(title), text, kNoStatusLine);
 }
@@ -92,6 +99,7 @@ uint32_t IFace::RunCaptureProc(Capture& capture) {
   try {
     return CaptureProc(capture);
   } catch (const std::exception&) {
+    TellOfNoMemory();
     return FailCapture(capture);
   }
 }
@@ -119,6 +127,7 @@ uint32_t IFace::CaptureProc(Capture& capture) {
 }
 
 uint32_t IFace::FailCapture(Capture& capture) {
+  capture.waiting = false;
   capture.capturing = false;
   PostFinish(capture, kCaptureFailed, nullptr);
   return kThreadFailed;

@@ -5,6 +5,7 @@
 
 #include "acquire/iface/iface.h"
 #include "foundation/support/error.h"
+#include "foundation/support/progress.h"
 #include "imaging/image/packed_dib.h"
 #include "imaging/operations/levels/histogram.h"
 #include "imaging/operations/levels/invert.h"
@@ -42,7 +43,9 @@ platform::GlobalHandle FailWithoutMemory() {
 
 }  // namespace
 
+// What the user cancels on another thread meanwhile must not take a step out of this image.
 platform::GlobalHandle IFace::ProcessBitmapToImage(const SensorImage& frame, int32_t) {
+  const cancel_monitor::Suspension suspension;
   auto image = DeepImageOf(frame);
   if (image == nullptr) return FailWithoutMemory();
   ReplaceBy(DeepInvert(image.get(), nullptr), &image);

@@ -61,7 +61,9 @@ std::span<const uint8_t> CachedImage::PixelData() {
   return pixels_;
 }
 
-bool CachedImage::HasPixels() const { return !pixels_.empty() || (stored_ && OwnsItsFile()); }
+bool CachedImage::HasPixels() const { return HasPixelsInMemory() || IsStillThere(); }
+
+bool CachedImage::IsStillThere() const { return stored_ ? OwnsItsFile() : !pixels_.empty(); }
 
 // Another process may have returned this image and put a new one under its name: what belongs to
 // one patient must not be shown, overwritten or deleted as another's.
@@ -91,6 +93,30 @@ void CachedImage::SetPixelData(std::vector<uint8_t> pixels) {
   image8.reset();
   preview.reset();
   stored_ = false;
+}
+
+std::unique_ptr<CachedImage> CachedImage::Clone() {
+  const std::span<const uint8_t> pixels = PixelData();
+  if (pixels.empty()) return nullptr;
+  auto clone = std::make_unique<CachedImage>();
+  static_cast<ImageDescription&>(*clone) = *this;
+  clone->pixels_.assign(pixels.begin(), pixels.end());
+  if (rowsTopDown_) FlipRows(clone->pixels_.data(), RowBytes(), height);
+  return clone;
+}
+
+bool CachedImage::TakeContents(CachedImage& edited) {
+  if (edited.PixelData().empty()) return false;
+  if (edited.rowsTopDown_ != rowsTopDown_) {
+    FlipRows(edited.pixels_.data(), edited.RowBytes(), edited.height);
+  }
+  bitsPerPixel = edited.bitsPerPixel;
+  width = edited.width;
+  height = edited.height;
+  xResolution = edited.xResolution;
+  yResolution = edited.yResolution;
+  SetPixelData(std::exchange(edited.pixels_, {}));
+  return true;
 }
 
 void CachedImage::DropPixels() {
@@ -155,7 +181,7 @@ void CachedImage::RemoveFiles() {
     platform::RemoveFile(fileName);
     platform::RemoveFile(PreviewFileName());
   }
-  ownsFile_ = stored_ = false;
+  ForgetFile();
 }
 
 bool CachedImage::EnsurePreview() {

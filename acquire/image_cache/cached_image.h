@@ -72,8 +72,20 @@ class CachedImage : public ImageDescription {
   std::span<const uint8_t> PixelData();
   // False once neither the memory nor the disk holds anything of the pixels.
   bool HasPixels() const;
+  bool HasPixelsInMemory() const { return !pixels_.empty(); }
+  // False once what was saved is no longer there, as after somebody else has returned the image; of
+  // an image that was never saved, if it has no pixels.
+  bool IsStillThere() const;
+  // To be told when the whole folder has gone: what is in memory counts as unsaved.
+  void ForgetFile() { ownsFile_ = stored_ = false; }
   // The description must be right already; the new rows run in the same order as the old ones.
   void SetPixelData(std::vector<uint8_t> pixels);
+  // The description and the pixels, rows bottom-up, in memory only and without a file. Null if the
+  // pixels are not to be had. May throw std::bad_alloc.
+  std::unique_ptr<CachedImage> Clone();
+  // Size, depth, resolutions and pixels become those of `edited`, which has none afterwards; the
+  // rows keep their order here. False, with nothing changed, if it has no pixels.
+  bool TakeContents(CachedImage& edited);
   // Gives back the memory of everything that can be had again from disk.
   void DropPixels();
 

@@ -1,5 +1,6 @@
 #include "acquire/image_cache/captured_pixels.h"
 
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -27,14 +28,21 @@ void Store(const ImageDescription& description, std::vector<uint8_t> pixels, Cac
   image->SetPixelData(std::move(pixels));
 }
 
+// A capture's levels are spread over 16 bits; whoever receives the image counts on the depth that
+// it is stored with, and would take deeper samples for others. Nothing is lost: sensors have 12
+// bits.
 bool TakeDeep(const CKIPDeepImage& picture, CachedImage* image) {
   ImageDescription description = *image;
   if (!Describe(picture, kStoredDeepDepth, &description)) return false;
-  std::vector<uint8_t> pixels;
-  pixels.reserve(description.PixelDataSize());
+  const uint32_t surplus = picture.GetBits() - kStoredDeepDepth;
+  std::vector<uint8_t> pixels(description.PixelDataSize());
+  uint8_t* target = pixels.data();
   for (uint32_t row = 0; row < description.height; ++row) {
-    const auto* const first = reinterpret_cast<const uint8_t*>(picture.GetRow(row));
-    pixels.insert(pixels.end(), first, first + description.RowBytes());
+    const uint16_t* const samples = picture.GetRow(row);
+    for (uint32_t column = 0; column < description.width; ++column, target += sizeof(uint16_t)) {
+      const auto sample = static_cast<uint16_t>(samples[column] >> surplus);
+      std::memcpy(target, &sample, sizeof sample);
+    }
   }
   Store(description, std::move(pixels), image);
   return true;

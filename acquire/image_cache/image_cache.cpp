@@ -22,6 +22,9 @@ namespace {
 constexpr uint64_t kAmpleDriveSpace = 52'428'800;
 constexpr uint64_t kScarceDriveSpace = 26'214'400;
 
+// Bytes of pixels: some thirty of the largest images, in an address space that may be of 2 GB.
+constexpr size_t kMostInMemory = 128 << 20;
+
 // Of a file that is still being written nobody has seen the last change for so long, in seconds.
 constexpr int64_t kAbandonedAfter = 3600;
 
@@ -60,6 +63,7 @@ void WarnOfDriveSpace(const char* format, uint32_t megs) {
 CachedImage* ImageCache::AddFromHandle(const std::string& sensorName,
                                        platform::GlobalHandle imageHandle, uint32_t captureTime,
                                        uint32_t frameNumber, const std::string& sensorId) {
+  NoticeLostFolders();  // before the folder is made anew
   if (imageHandle == nullptr) return nullptr;
   std::unique_ptr<void, void (*)(platform::GlobalHandle)> owned(imageHandle, platform::FreeBlock);
   auto image = std::make_shared<CachedImage>();
@@ -78,10 +82,11 @@ CachedImage* ImageCache::AddFromHandle(const std::string& sensorName,
 }
 
 void ImageCache::LoadAll() {
+  NoticeLostFolders();
   platform::ProgressWindow progress(GetPhrase("Loading cached images"));
   const std::string folder = GetScanToPath();
   RemoveAbandonedFiles(folder);
-  std::erase_if(images_, [](const auto& image) { return !image->HasPixels(); });
+  std::erase_if(images_, [](const auto& image) { return !image->IsStillThere(); });
   const std::vector<std::string> paths = FilesOf(folder, kCacheFileExtension);
   const NameSet known = KnownNames();
   for (size_t i = 0; i < paths.size(); ++i) {
@@ -153,6 +158,30 @@ void ImageCache::DeleteAll() {
 bool ImageCache::ContainsFile(const std::string& path) const {
   return std::any_of(images_.begin(), images_.end(),
                      [&](const auto& image) { return EqualIgnoringCase(image->fileName, path); });
+}
+
+void ImageCache::NoticeLostFolders() {
+  for (const auto& image : images_) {
+    if (image->IsSaved() && !DirectoryExists(DirectoryOf(image->fileName))) image->ForgetFile();
+  }
+}
+
+void ImageCache::SaveRemaining() {
+  NoticeLostFolders();
+  for (size_t i = 0; i < images_.size(); ++i) {
+    if (!images_[i]->IsSaved()) images_[i]->Save();
+  }
+}
+
+void ImageCache::LimitMemory() {
+  size_t inMemory = 0;
+  for (auto image = images_.rbegin(); image != images_.rend(); ++image) {
+    if ((*image)->HasPixelsInMemory()) inMemory += (*image)->PixelDataSize();
+    if (inMemory > kMostInMemory) (*image)->DropPixels();
+    if (image == images_.rbegin()) continue;
+    (*image)->image8.reset();
+    (*image)->preview.reset();
+  }
 }
 
 void ImageCache::EnsurePreviews() {

@@ -47,6 +47,12 @@ class ImageCache {
   bool ContainsFile(const std::string& path) const;
   void EnsurePreviews();
 
+  // Saves what is not on disk: images whose saving failed, and those in memory whose folder has gone.
+  void SaveRemaining();
+  // Lets go of what can be had again from disk: all but the newest images' pixels, of which so many
+  // stay as belong to a long session, and all previews but the newest one.
+  void LimitMemory();
+
   // Lines for the status panel, from the newest image.
   std::string DescribeLast() const;
   std::string DescribeLastSensor() const;
@@ -59,6 +65,7 @@ class ImageCache {
   NameSet KnownNames() const;  // of the files, in small letters
   std::string NewFileName() const;
   void CheckDriveSpace();
+  void NoticeLostFolders();
 
   List images_;
   bool warnedOfDriveSpace_ = false;

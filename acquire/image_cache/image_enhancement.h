@@ -5,18 +5,17 @@
 #include <string>
 
 #include "acquire/image_cache/cached_image.h"
+#include "acquire/image_cache/editable_picture.h"
 
 namespace zyr {
 
 // Works on a picture of the image's pixels, which Store puts back; without it nothing has changed.
 // A step cannot fail: without a picture, by a setting that says nothing, and where the operation
 // gives nothing (the user's Escape, no memory) it leaves all as it is. Filters weigh neighbours in
-// the order of the image's rows, which must still run bottom-up. Pixels that are deeper than the
-// image says, as those of a fresh capture are, are brought to its depth. Application's thread only.
+// the order of the image's rows, which must still run bottom-up. Application's thread only.
 class ImageEnhancement {
  public:
   explicit ImageEnhancement(CachedImage& image);  // which must outlive this object
-  ~ImageEnhancement();
   ImageEnhancement(const ImageEnhancement&) = delete;
   ImageEnhancement& operator=(const ImageEnhancement&) = delete;
 
@@ -31,10 +30,9 @@ class ImageEnhancement {
   bool Store();
 
  private:
-  struct Picture;
   CachedImage& image_;
   const std::string system_;  // the sensor family's prefix in the settings
-  std::unique_ptr<Picture> picture_;
+  std::unique_ptr<EditablePicture> picture_;
 };
 
 }  // namespace zyr

@@ -40,25 +40,23 @@ void SensorSelection::FillList(const std::string& markedDeviceId) {
   const bool isInitialised = sensors_.Initialize() != 0;
   changes_ = sensors_.GetDeviceChanges();
   if (isInitialised) sensors_.GetDevices(&devices_);
-  ShowDevices();
-  if (!isInitialised) {
-    view_.SetMessage(GetPhrase("Unable to initialize ZYR hardware interface."), kBlue);
-    view_.SetMessageSecondColor(std::nullopt);
-  }
+  ShowMessage(isInitialised);
+  ShowRows();
   MarkRow(markedDeviceId);
   if (auto_close && devices_.size() == 1 && !hadDevices) OnOK();
 }
 
-void SensorSelection::ShowDevices() {
-  if (devices_.empty()) {
-    view_.SetMessage(GetPhrase("No ZYR devices detected. Please check your hardware connection."),
-                     kRed);
-    view_.SetMessageSecondColor(kYellow);
-  } else {
-    view_.SetMessage(
-        GetPhrase("Select that sensor that is to be used to capture the digital x-ray."), kBlue);
-    view_.SetMessageSecondColor(std::nullopt);
-  }
+void SensorSelection::ShowMessage(bool isInitialised) {
+  const bool isMissing = isInitialised && devices_.empty();
+  const char* const text =
+      isMissing        ? "No ZYR devices detected. Please check your hardware connection."
+      : !isInitialised ? "Unable to initialize ZYR hardware interface."
+                       : "Select that sensor that is to be used to capture the digital x-ray.";
+  view_.SetMessage(GetPhrase(text), isMissing ? kRed : kBlue);
+  view_.SetMessageSecondColor(isMissing ? std::optional(kYellow) : std::nullopt);
+}
+
+void SensorSelection::ShowRows() {
   std::vector<SensorRow> rows;
   for (const DeviceEntry& device : devices_) {
     rows.push_back({RenameForDisplay(device.name), device.sensorId, device.deviceId});

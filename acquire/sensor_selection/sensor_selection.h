@@ -29,7 +29,8 @@ class SensorSelection {
 
  private:
   void FillList(const std::string& markedDeviceId);
-  void ShowDevices();
+  void ShowMessage(bool isInitialised);
+  void ShowRows();
   void MarkRow(const std::string& deviceId);
   const DeviceEntry* ChosenDevice() const;  // null without one
   void Warn(const char* title, const char* text) const;

@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/directories.h"
 #include "platform/files.h"
+#include "platform/own_module.h"
 #include "platform/system_info.h"
 
 namespace zyr {
@@ -40,14 +41,18 @@ LogFile::LogFile() : ownFile_(kBufferSize) {}
 LogFile::~LogFile() { LogFile::Close(); }
 
 void LogFile::WriteTimeStamp() {
-  if (file_ == nullptr || !timeStamps_) return;
-  const platform::TimeOfDay time = platform::UtcTimeOfDay();
-  WriteBytes(FormatText("%02lu:%02lu:%02lu:%04lu  ", Lu(time.hour), Lu(time.minute),
-                        Lu(time.second), Lu(time.millisecond)));
+  if (file_ != nullptr) WriteBytes(TimeStamp());
 }
 
 void LogFile::WriteIndent() {
   if (timeStamps_) WriteBytes(std::string(kTimeStampWidth, ' '));
+}
+
+std::string LogFile::TimeStamp() const {
+  if (!timeStamps_) return {};
+  const platform::TimeOfDay time = platform::UtcTimeOfDay();
+  return FormatText("%02lu:%02lu:%02lu:%04lu  ", Lu(time.hour), Lu(time.minute), Lu(time.second),
+                    Lu(time.millisecond));
 }
 
 void LogFile::OpenFromChooser(LogFileChooser* chooser) {
@@ -195,9 +200,8 @@ void LogFile::WriteBlock(uint32_t indent, const std::string& text) {
   const std::string lines = Replaced(text, "\r\n", "\n");
   for (size_t start = 0; start < lines.size();) {
     const size_t end = std::min(lines.find('\n', start), lines.size());
-    WriteIndent();
-    WriteBytes(std::string(indent, ' ') + lines.substr(start, end - start) + kLineEnd);
-    FlushIfAsked();
+    WriteBytes(std::string((timeStamps_ ? kTimeStampWidth : 0) + indent, ' ') +
+               lines.substr(start, end - start) + kLineEnd);
     start = end + 1;
   }
 }
@@ -207,21 +211,20 @@ void LogFile::WriteBlock(const std::string& text) { WriteBlock(0, text); }
 // A line never breaks: line ends in the text become "; ".
 void LogFile::Put(uint32_t indent, const std::string& text, bool endLine) {
   if (file_ == nullptr) return;
-  std::string line(indent, ' ');
+  std::string line = TimeStamp() + std::string(indent, ' ');
   line += Replaced(Replaced(text, "\r\n", "; "), "\n", "; ");
   if (endLine) line += kLineEnd;
-  WriteTimeStamp();
   WriteBytes(line);
-  FlushIfAsked();
 }
 
-// What the file does not take is lost; nobody is told.
+// What the file does not take is lost; nobody is told. As the process ends, a thread that is dead
+// by now may have the lock.
 void LogFile::WriteBytes(const std::string& bytes) {
-  if (file_ != nullptr) file_->Write(bytes.data(), bytes.size());
-}
-
-void LogFile::FlushIfAsked() {
-  if (file_ != nullptr && flushEachLine_) file_->Flush();
+  if (file_ == nullptr) return;
+  std::unique_lock lock(mutex_, std::defer_lock);
+  if (!platform::ProcessIsEnding()) lock.lock();
+  file_->Write(bytes.data(), bytes.size());
+  if (flushEachLine_) file_->Flush();
 }
 
 LogFile& Log() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <string>
 
 #include "foundation/support/buffered_file.h"
@@ -17,9 +18,9 @@ class LogFileChooser {
   virtual std::string FileName() = 0;
 };
 
-// Every write is silently nothing while no file is attached, so callers do not ask first. No lock:
-// lines that two threads write at once may interleave. Nothing is reported to anyone; a log that
-// cannot be written is no log.
+// Every write is silently nothing while no file is attached, so callers do not ask first. Any
+// thread may write, and a line goes out whole; files are attached and closed while one thread alone
+// does. Nothing is reported to anyone; a log that cannot be written is no log.
 class LogFile {
  public:
   LogFile();
@@ -62,9 +63,10 @@ class LogFile {
 
  private:
   void Put(uint32_t indent, const std::string& text, bool endLine);
+  std::string TimeStamp() const;
   void WriteBytes(const std::string& bytes);
-  void FlushIfAsked();
 
+  std::mutex mutex_;
   BufferedFile* file_ = nullptr;
   BufferedFile ownFile_;
   bool flushEachLine_ = false;

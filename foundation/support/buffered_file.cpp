@@ -200,12 +200,9 @@ bool BufferedFile::ReadLine(std::string* line, size_t limit) {
 size_t BufferedFile::PutBytes(const uint8_t* bytes, size_t count) {
   if (bufferSize_ == 0) return WriteOut(bytes, count);
   for (size_t done = 0; done < count;) {
-    // Read once: threads that write to the log at once may mix up their lines, but must stay inside
-    // the buffer.
-    const size_t start = filled_;
-    const size_t piece = std::min(count - done, bufferSize_ - start);
-    std::memcpy(buffer_.data() + start, bytes + done, piece);
-    filled_ = start + piece;
+    const size_t piece = std::min(count - done, bufferSize_ - filled_);
+    std::memcpy(buffer_.data() + filled_, bytes + done, piece);
+    filled_ += piece;
     if (filled_ == bufferSize_ && !FlushBuffer()) return done;
     done += piece;
   }

@@ -11,6 +11,7 @@ namespace {
 constexpr uint32_t kMostUnasked = 255;
 
 std::atomic<bool> g_cancelled = false;
+std::atomic<uint32_t> g_suspensions = 0;
 std::atomic<uint32_t> g_pace = 0;  // how many questions the last answer was good for
 
 void SetPace(uint32_t pace) {
@@ -20,6 +21,9 @@ void SetPace(uint32_t pace) {
 
 }  // namespace
 
+Suspension::Suspension() { ++g_suspensions; }
+Suspension::~Suspension() { --g_suspensions; }
+
 void Reset() {
   g_cancelled.store(false, std::memory_order_relaxed);
   SetPace(0);
@@ -28,6 +32,7 @@ void Reset() {
 // While the platform finds the questions too frequent, ever more of them pass unasked: each time
 // a quarter of those so far, so that an answer is late by a quarter of the platform's patience.
 bool internal::AskPlatform() {
+  if (g_suspensions.load(std::memory_order_relaxed) != 0) return false;
   if (g_cancelled.load(std::memory_order_relaxed)) return true;
   const platform::EscapeAnswer answer = platform::TakeEscapeMessage();
   const bool tooSoon = answer == platform::EscapeAnswer::kTooSoon;

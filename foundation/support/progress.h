@@ -18,6 +18,15 @@ inline void Report(ProgressCallback progress, double fraction) {
 // ask: most of their questions are answered here, and the keyboard is looked at every few
 // milliseconds.
 namespace cancel_monitor {
+// While one stands nothing is cancelled, and Escape is left alone.
+class Suspension {
+ public:
+  Suspension();
+  ~Suspension();
+  Suspension(const Suspension&) = delete;
+  Suspension& operator=(const Suspension&) = delete;
+};
+
 namespace internal {
 // How many questions are answered "no" before the platform is asked again.
 inline std::atomic<uint32_t> unaskedQuestions = 0;

@@ -85,6 +85,7 @@ Result Device2000::CaptureImage() {
   Notify(kWaitingForExposure, kNotifyExposure, 0);
   if (!WaitForCcdStatus(accepted.exposed, capture_timeout_)) {
     AbortCapture();
+    trigger_requested_ = false;  // of a user who has seen no end yet: not for the next capture
     return FailWith(DEV_E_EXPOSURE_TIMEOUT, kTimedOut);
   }
   Notify("Exposure detected.", kNotifyExposure, 100);

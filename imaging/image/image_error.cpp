@@ -1,6 +1,8 @@
 #include "imaging/image/image_error.h"
 
 #include <cstdarg>
+#include <mutex>
+#include <utility>
 
 #include "foundation/support/phrase_lookup.h"
 
@@ -8,6 +10,7 @@ namespace zyr {
 namespace {
 
 struct LastError {
+  std::mutex mutex;
   uint32_t code = 0;
   std::string text;
 };
@@ -20,15 +23,23 @@ LastError& TheLastError() {
 }  // namespace
 
 void ReportImageError(uint32_t code, const char* format, ...) {
-  // An argument may be the old text itself, so it is replaced last.
   va_list arguments;
   va_start(arguments, format);
   std::string text = FormatTextV(GetFormatPhrase(format).c_str(), arguments);
   va_end(arguments);
-  TheLastError() = {code, std::move(text)};
+  const std::lock_guard lock(TheLastError().mutex);
+  TheLastError().code = code;
+  TheLastError().text = std::move(text);
 }
 
-uint32_t LastImageErrorCode() { return TheLastError().code; }
-const std::string& LastImageErrorText() { return TheLastError().text; }
+uint32_t LastImageErrorCode() {
+  const std::lock_guard lock(TheLastError().mutex);
+  return TheLastError().code;
+}
+
+std::string LastImageErrorText() {
+  const std::lock_guard lock(TheLastError().mutex);
+  return TheLastError().text;
+}
 
 }  // namespace zyr

@@ -1,4 +1,4 @@
-// The imaging package's last error: a code and a translated text. No lock.
+// The imaging package's last error: a code and a translated text, one pair for all threads.
 #pragma once
 
 #include <cstdint>
@@ -29,6 +29,6 @@ enum ImageError : uint32_t {
 // Translates the format, fills it and stores both.
 void ReportImageError(uint32_t code, const char* format, ...) ZYR_PRINTF(2, 3);
 uint32_t LastImageErrorCode();
-const std::string& LastImageErrorText();
+std::string LastImageErrorText();
 
 }  // namespace zyr

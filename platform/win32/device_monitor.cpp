@@ -103,8 +103,8 @@ bool Monitor::Start(MonitorFailure* failure) {
   return notification_ != nullptr;
 }
 
-// A window dies on its own thread only. On another one it is left behind, and must not lead into
-// this module any more, which may be about to be unloaded.
+// A window dies on its own thread only. On another one it must not lead into this module any more,
+// which may be about to be unloaded, and goes when its thread looks for messages.
 Monitor::~Monitor() {
   if (ProcessIsEnding()) return;
   if (notification_ != nullptr) UnregisterDeviceNotification(notification_);
@@ -112,6 +112,7 @@ Monitor::~Monitor() {
     SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
     if (!DestroyWindow(window_)) {
       SetWindowLongPtrA(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcA));
+      PostMessageA(window_, WM_CLOSE, 0, 0);
     }
   }
   if (registered_) UnregisterClassA(kWindowClass, OwnModule());
@@ -120,6 +121,7 @@ Monitor::~Monitor() {
 // On a copy of the function: the call may destroy the monitor. No exception may pass through the
 // system's frames, and a change that could not be handled shows at the next one.
 void TellMonitor(HWND window, LPARAM broadcast, bool removed) noexcept {
+  const WindowVisit visit;
   const auto* monitor = reinterpret_cast<Monitor*>(GetWindowLongPtrA(window, GWLP_USERDATA));
   if (monitor == nullptr) return;
   try {
@@ -131,7 +133,6 @@ void TellMonitor(HWND window, LPARAM broadcast, bool removed) noexcept {
 }
 
 LRESULT CALLBACK MonitorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowVisit visit;
   if (message == WM_NCCREATE) {
     const auto* creation = reinterpret_cast<const CREATESTRUCTA*>(lParam);
     SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));

@@ -12,16 +12,16 @@ namespace {
 // How this module goes.
 //
 // A thread of the module has a reference of its own, which the system lets go of as the thread
-// ends. For the application's thread there is one more reference, while a window of ours is open
-// and whenever the entry is called from inside a call of ours, which may be the program's last and
-// has to lead back here. It goes in one of two ways:
+// ends. The application's thread has one more reference while a window of ours is open, and since
+// any call of ours that has others run inside it: they may have done the program's last call, and
+// lead back here. It goes in one of two ways:
 // - At the end of the entry's outermost call, if nobody came in through the entry meanwhile: the
 //   caller then still has a reference, so that this one is not the last. So a program that closes
 //   the source before it unloads the module has it unloaded at once.
 // - Otherwise it may be the last, and nothing may return into this module from its release. A timer
 //   waits until no call of ours is under way, and then a thread sends a message to a window of a
 //   class of the system's. The application's thread can handle that only when it looks for messages
-//   again, and so after it has left the module, the timer's procedure included.
+//   again: outside this module, or inside a call that has come meanwhile, with its own reference.
 constexpr UINT kPatience = 1000;  // milliseconds, for a program that is about to close the source
 constexpr UINT_PTR kTimer = 1;
 
@@ -32,21 +32,22 @@ int visits = 0;                 // under way, one inside the other
 bool calledFromInside = false;  // the entry was, during the outermost visit
 Window openWindow = nullptr;    // keeps its value when the window is gone
 HMODULE reference = nullptr;
-HWND anchor = nullptr;  // has the timer, for as long as there is the reference
+HWND anchor = nullptr;  // has the timer
 
 void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
 
+// The anchor dies with its thread, which may be another one than before.
 void Hold() {
-  if (reference != nullptr) return;
-  reference = ReferenceOwnModule();
+  if (reference == nullptr) reference = ReferenceOwnModule();
+  if (IsWindow(anchor)) return;
   anchor =
       CreateWindowExA(0, "STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
   if (anchor != nullptr) SetTimer(anchor, kTimer, kPatience, OnTimer);
 }
 
-// For a caller that has a reference. A window of another thread's stays, and the timer with it.
+// For a caller that has a reference. An anchor of another thread's stays, and its timer lets go.
 void LetGo() {
-  if (anchor != nullptr && !DestroyWindow(anchor)) return;
+  if (IsWindow(anchor) && !DestroyWindow(anchor)) return;
   anchor = nullptr;
   if (reference != nullptr) FreeLibrary(std::exchange(reference, nullptr));
 }
@@ -114,7 +115,11 @@ EntryVisit::~EntryVisit() {
   }
 }
 
-WindowVisit::WindowVisit() { Enter(); }
+WindowVisit::WindowVisit() {
+  Enter();
+  Hold();
+}
+
 WindowVisit::~WindowVisit() { --visits; }
 
 void StayLoadedWith(Window window) { openWindow = window; }

@@ -12,8 +12,8 @@ std::atomic<bool> printed = false;
 
 UINT StyleOf(PromptKind kind) {
   switch (kind) {
-    case PromptKind::kQuestion:
-      return MB_YESNO | MB_ICONQUESTION;
+    case PromptKind::kQuestion:  // Enter in haste must not delete what took an exposure to get
+      return MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2;
     case PromptKind::kWarning:
       return MB_OK | MB_ICONWARNING;
     case PromptKind::kError:

@@ -79,6 +79,13 @@ TEST_F(CaptureDialogTest, ReturnsImagesUprightHoweverOften) {
 TEST_F(CaptureDialogTest, ReturnsWhatIsThereByItself) {
   SetReturnImmediatelyIfAvailable(true);
   OpenWithImages();
+  view_->onStatus = [this](const StatusLine&) { view_->FireTimer(); };
+  view_->Press(kCommandAcquireImage);
+  EXPECT_EQ(xferReadies_, 0) << "the user was faster";
+  EXPECT_FALSE(view_->returnTimer);
+  view_->onStatus = nullptr;
+
+  ASSERT_TRUE(Open());
   EXPECT_EQ(view_->returnTimer, 100u);
   view_->FireTimer();
   EXPECT_EQ(xferReadies_, 1);
@@ -192,6 +199,43 @@ TEST_F(CaptureDialogTest, ShowsImagesAsThumbnails) {
   view_->Press(kCommandThumbnails);
   EXPECT_EQ(GetThumbnailRows() * GetThumbnailCols(), 15u);
   EXPECT_EQ(view_->grid.rows * view_->grid.columns, 15u);
+}
+
+TEST_F(CaptureDialogTest, OpensAnImageForEditing) {
+  OpenWithImages();
+  const int refreshes = view_->refreshes;
+  const auto pixels = [this] {
+    const std::span<const uint8_t> now = images_.GetAt(1)->PixelData();
+    return std::vector<uint8_t>(now.begin(), now.end());
+  };
+  const std::vector<uint8_t> before = pixels();
+  const auto open = [this](size_t index, bool accept, std::function<void()> meanwhile = nullptr) {
+    int shown = 0;
+    view_->answers.image = [&, accept](ImageDialog& dialog) {
+      ++shown;
+      dialog.OnCommand(kImageInvert);
+      if (meanwhile) meanwhile();
+      accept ? dialog.OnOK() : dialog.OnCancel();
+    };
+    dialog_->OnThumbnailOpened(index);
+    return shown;
+  };
+  EXPECT_EQ(open(2, true), 0) << "there is none";
+  EXPECT_EQ(open(1, false), 1);
+  EXPECT_EQ(pixels(), before);
+  EXPECT_EQ(view_->refreshes, refreshes) << "Cancel";
+  EXPECT_EQ(open(1, true), 1);
+  EXPECT_NE(pixels(), before);
+  EXPECT_EQ(view_->refreshes, refreshes + 1);
+
+  EXPECT_EQ(open(1, true, [this] { images_.DeleteAll(); }), 1);
+  EXPECT_EQ(images_.GetCount(), 0u);
+  PutCacheFile("CACHEDRAW_2.RAW", 3);
+  images_.LoadAll();
+  EXPECT_EQ(open(0, true, [this] { view_->Press(kCommandCancel); }), 1);
+  EXPECT_FALSE(view_->windowAlive());
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(open(0, true, [this] { dialog_.reset(); }), 1);
 }
 
 TEST_F(CaptureDialogTest, OpensItsHelp) {

@@ -93,7 +93,8 @@ class CaptureFlowTest : public CaptureDialogFixture {
     }
     EXPECT_EQ(Enabled(kCommandReturnImages), images_.GetCount() != 0) << what;
     EXPECT_FALSE(view_->visible[kCommandManualTrigger]) << what;
-    EXPECT_FALSE(view_->seriesLayout) << what;
+    EXPECT_FALSE(view_->stopIcon) << what;
+    EXPECT_FALSE(view_->split && images_.GetCount() == 0) << what;
     EXPECT_NE(view_->captions[kCommandCancel], "Stop Capture") << what;
     EXPECT_FALSE(abort_requested) << what;
   }
@@ -163,7 +164,7 @@ TEST_F(CaptureFlowTest, TakesASeriesUntilItIsStopped) {
   PlugAndOpen(false);
   OnTitle("Waiting for exposure", [this] { sensor_->Expose(); });
   view_->Press(kCommandAcquireSeries);
-  EXPECT_TRUE(view_->seriesLayout);
+  EXPECT_TRUE(view_->split && view_->stopIcon);
   EXPECT_EQ(view_->captions[kCommandCancel], "Stop Capture");
   Finish();
   EXPECT_EQ(Line("Preparing Hardware").text, "Preparing the hardware to capture another image.");
@@ -197,6 +198,7 @@ TEST_F(CaptureFlowTest, TakesASeriesUntilItIsStopped) {
   EXPECT_EQ(host::HeldThreads(), 0u);
   EXPECT_EQ(images_.GetCount(), 2u);
   EXPECT_EQ(view_->panel, CapturePanel::kThumbnails);
+  EXPECT_FALSE(view_->split) << "the user knows why it has ended";
   ExpectIdle("after the series");
   EXPECT_EQ(closeRequests_, 0);
   view_->Press(kCommandCancel);
@@ -222,7 +224,7 @@ TEST_F(CaptureFlowTest, FailsToArmAgain) {
             (StatusLine{kStatusError, "Unable To Reenable Hardware",
                         "The system was unable to create the necessary callback thread."}));
   EXPECT_EQ(images_.GetCount(), 1u);
-  EXPECT_EQ(view_->panel, CapturePanel::kStatus);
+  EXPECT_TRUE(view_->split) << "the image and the reason are both in view";
   ExpectIdle("unable to arm again");
 }
 
@@ -252,10 +254,10 @@ TEST_F(CaptureFlowTest, TellsWhichStepOfTheSetUpFails) {
   ASSERT_EQ(images_.GetCount(), 1u);
   for (const Case& c : cases) {
     c.breakIt();
-    view_->Press(kCommandAcquireSeries);
+    view_->Press(kCommandAcquireImage);
     EXPECT_EQ(view_->lines.back(), (StatusLine{kStatusError, "Hardware Error", LastErrorText()}))
         << c.log;
-    EXPECT_EQ(view_->panel, CapturePanel::kStatus);
+    EXPECT_TRUE(view_->split);
     ExpectIdle(c.log);
     EXPECT_THAT(host::FileBytes("C:\\dialog.log").value_or(""), HasSubstr(c.log));
     c.mend();
@@ -263,6 +265,7 @@ TEST_F(CaptureFlowTest, TellsWhichStepOfTheSetUpFails) {
   EXPECT_EQ(host::HeldThreads(), 0u);
   CaptureOne();
   EXPECT_EQ(images_.GetCount(), 2u);
+  EXPECT_FALSE(view_->split);
 
   sensors_.reset();
   manager_.emplace();
@@ -296,7 +299,10 @@ TEST_F(CaptureFlowTest, TellsOfCapturesWithoutImage) {
 
   view_->Press(kCommandAcquireImage);
   ASSERT_TRUE(host::RunHeldThread());
+  ASSERT_TRUE(host::PumpOneMessage());
+  EXPECT_EQ(view_->panel, CapturePanel::kExposure);
   view_->Press(kCommandCancel);  // the image is there, but the user does not want it
+  EXPECT_EQ(view_->panel, CapturePanel::kStatus) << "no call for an exposure that nobody awaits";
   host::PumpMessages();
   EXPECT_THAT(LastTitle(), "Step #1: Acquire New Image");
   ExpectIdle("too late");
@@ -324,7 +330,7 @@ TEST_F(CaptureFlowTest, SurvivesFaultsInEveryPhase) {
         sensor_->SetFault(kind, at);
         view_->Press(command);
         if (host::RunHeldThread()) host::PumpMessages();
-        if (view_->seriesLayout) {  // the fault has cost pixels only, and the series goes on
+        if (view_->stopIcon) {  // the fault has cost pixels only, and the series goes on
           view_->Press(kCommandCancel);
           Finish();
         }
@@ -337,6 +343,9 @@ TEST_F(CaptureFlowTest, SurvivesFaultsInEveryPhase) {
         EXPECT_TRUE(images_.GetCount() > had || hasLine("Hardware Error") ||
                     hasLine("Image Acquisition Error"))
             << what;
+        EXPECT_EQ(view_->split, hasLine("Hardware Error") || (images_.GetCount() == had &&
+                                                              hasLine("Image Acquisition Error")))
+            << what << ": an error stays in view";
         sensor_->SetFault(simulator::kNoFault, 0);
         sensor_->AnnounceRemoval();
         sensor_->Replug();
@@ -380,7 +389,7 @@ TEST_F(CaptureFlowTest, AsksForTheSensor) {
   another.instance = "0002";
   const SimulatedSensor second(another);
   sensors_->Initialize();
-  view_->Press(kCommandAcquireImage);
+  view_->Press(kCommandAcquireSeries);
   EXPECT_EQ(LastTitle(), "Step #1: Acquire New Image") << "the user has cancelled";
   EXPECT_EQ(LastErrorText(), "The user did not select a sensor");
   ExpectIdle("cancelled");
@@ -418,11 +427,14 @@ TEST_F(CaptureFlowTest, KeepsWhatCannotBeSaved) {
   CaptureOne();
   CaptureOne();
   EXPECT_EQ(Line("Unable To Save Image!").kind, kStatusError);
+  EXPECT_TRUE(view_->split);
+  EXPECT_EQ(view_->panel, CapturePanel::kThumbnails);
   ASSERT_EQ(images_.GetCount(), 2u);
   ASSERT_NE(dialog_->Thumbnail(0, 10, 10), nullptr);
   EXPECT_FALSE(images_.GetAt(0)->PixelData().empty());
   host::FailWrites(false);
   CaptureOne();
+  EXPECT_FALSE(view_->split);
   for (const size_t index : {0, 1, 2}) EXPECT_TRUE(IsOnDisk(index)) << index;
 
   for (const uint32_t command : {kCommandReturnImages, kCommandCancel}) {
@@ -433,6 +445,16 @@ TEST_F(CaptureFlowTest, KeepsWhatCannotBeSaved) {
     view_->Press(command);
     EXPECT_TRUE(IsOnDisk(images_.GetCount() - 1));
   }
+
+  ASSERT_TRUE(Open());
+  host::FailWrites(true);
+  view_->Press(kCommandAcquireSeries);
+  Finish();
+  host::FailWrites(false);
+  view_->Press(kCommandCancel);
+  Finish();
+  EXPECT_TRUE(view_->split) << "the image that could not be saved is no fault of the user's";
+  ExpectIdle("after a series");
 }
 
 TEST_F(CaptureFlowTest, StopsASeriesFromBehindABox) {

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <thread>
@@ -19,6 +20,7 @@
 #include "hardware/device/sensor_settings.h"
 #include "imaging/operations/levels/histogram.h"
 #include "imaging/operations/levels/invert.h"
+#include "platform/host/escape_key.h"
 #include "settings/store.h"
 #include "tests/acquire/acquire_test.h"
 #include "tests/support/simulated_sensor.h"
@@ -32,11 +34,14 @@ using ::testing::IsEmpty;
 constexpr uint32_t kStatusMessage = 1026;
 constexpr char kTimedOut[] = "The hardware timed-out waiting for x-ray exposure or was unplugged.";
 
-// Fetches no image from the sensor.
+// Fetches no image from the sensor, and throws in a sensor that the user binned.
 class ImagelessDevice : public Device2000 {
  public:
   using Device2000::Device2000;
-  Result GetImage(int32_t, SensorImage**) override { return kUnexpected; }
+  Result GetImage(int32_t, SensorImage**) override {
+    if (GetProperty("binned") == "true") throw std::bad_alloc();
+    return kUnexpected;
+  }
 };
 
 class IFaceTest : public AcquireTest {
@@ -277,7 +282,9 @@ TEST_F(IFaceTest, CapturesFromA2000) {
   SetBinning("ZYR2000", true);
   Plug(SensorOf(simulator::kFamily2000, simulator::kSizeC));
   OpenSensor();
+  host::PressEscapeAtQuestion(1);
   Capture();
+  host::ResetEscapeKey();
   EXPECT_EQ(sensor_->Commanded().integrationTime, 412u);
   EXPECT_THAT(posted_, ElementsAre("1035 1 0", "1034 0 image"));
   const std::string flush = ": Flushing the sensor to get it ready for image acquisition.";
@@ -408,11 +415,20 @@ TEST_F(IFaceTest, FailsWithoutImageAndWithoutMemory) {
   EXPECT_EQ(LastErrorText(), "Unable to get image data from ZYR interface.");
   EXPECT_THAT(posted_, ElementsAre("1035 1 0", "1034 1 0"));
 
+  SetBinning("ZYR2000", true);
+  OpenSensor();
+  posted_.clear();
+  Capture();
+  EXPECT_EQ(LastErrorText(), "Out of memory");
+  EXPECT_THAT(posted_, ElementsAre("1035 1 0", "1034 1 0"));
+  SetBinning("ZYR2000", false);
+
   iface_.reset();
   manager_.reset();
   sensor_.reset();
   Plug(what);
   OpenSensor();
+  SetErrorText(0, "");
   host::FailNextAllocations(1);
   posted_.clear();
   Capture();

@@ -44,12 +44,12 @@ class ImageCacheTest : public AcquireTest {
 
 TEST_F(ImageCacheTest, TakesPixelsOfACaptureWithoutPadding) {
   using namespace std::string_literals;
-  // Odd width: the block's rows end with a sample that belongs to nothing.
+  // Odd width: the block's rows end with a sample that belongs to nothing. 16 bits become 12.
   CachedImage* deep = cache_.AddFromHandle(
-      "ZYR303 sensor", DibOf(1, 2, 16, "\x11\x01\xEE\xEE\x22\x02\xEE\xEE"s), 100, 3, "SN-2");
+      "ZYR303 sensor", DibOf(1, 2, 16, "\x1F\x11\xEE\xEE\xF0\xFF\xEE\xEE"s), 100, 3, "SN-2");
   ASSERT_NE(deep, nullptr);
   EXPECT_EQ(deep->bitsPerPixel, 12u);
-  EXPECT_EQ(CopyOf(deep->PixelData()), (std::vector<uint8_t>{0x11, 0x01, 0x22, 0x02}));
+  EXPECT_EQ(CopyOf(deep->PixelData()), (std::vector<uint8_t>{0x11, 0x01, 0xFF, 0x0F}));
   EXPECT_TRUE(deep->isZyr303);
   EXPECT_EQ(deep->xResolution, 600u);
   EXPECT_EQ(deep->yResolution, 300u);
@@ -178,6 +178,26 @@ TEST_F(ImageCacheTest, PreviewsLeaveNoPixelsInMemory) {
   EXPECT_FALSE(later.GetAt(1)->HasPixels());
   cache_.EnsurePreviews();
   EXPECT_FALSE(cache_.GetAt(2)->PixelData().empty()) << "never saved: nowhere but in memory";
+}
+
+TEST_F(ImageCacheTest, ImagesOutliveTheirFolder) {
+  for (uint32_t time : {1, 2}) ASSERT_TRUE(Add(time)->Save());
+  cache_.LimitMemory();
+  host::ResetScratch();
+  host::FillDiskAfter(0);
+  cache_.SaveRemaining();
+  EXPECT_FALSE(cache_.GetAt(1)->IsSaved());
+  host::FillDiskAfter(std::nullopt);
+  ASSERT_TRUE(Add(3)->Save());
+  cache_.SaveRemaining();
+  ImageCache later;
+  later.LoadAll();
+  EXPECT_EQ(later.GetCount(), 3u);
+
+  later.Remove(later.GetAt(1));
+  cache_.LoadAll();
+  ASSERT_EQ(cache_.GetCount(), 2u) << "somebody else has returned one, which is another matter";
+  EXPECT_EQ(cache_.GetAt(1)->captureTime, 3u);
 }
 
 TEST_F(ImageCacheTest, WarnsOfScarceDriveSpace) {

@@ -13,8 +13,9 @@
 
 #include "acquire/capture_dialog/capture_dialog.h"
 #include "acquire/capture_dialog/capture_dialog_view.h"
-#include "acquire/sensor_selection/sensor_selection.h"
 #include "platform/host/messages.h"
+#include "tests/acquire/recorded_image_view.h"
+#include "tests/acquire/recorded_selection.h"
 
 namespace zyr::test {
 
@@ -30,6 +31,7 @@ struct ModalAnswers {
   // The row in which a sensor is chosen; null for Cancel.
   std::function<std::optional<size_t>(const std::vector<SensorRow>&)> sensor;
   std::function<std::optional<ThumbnailGridSize>(ThumbnailGridSize present)> grid;
+  std::function<void(ImageDialog& dialog)> image;  // ends it; null for Cancel
 };
 
 // Outlives the view, so that a test can look at it after the dialog is gone.
@@ -49,7 +51,8 @@ struct ViewRecord {
   std::map<uint32_t, std::string> tips;
   std::vector<StatusLine> lines;
   CapturePanel panel = CapturePanel::kStatus;
-  bool seriesLayout = false;
+  bool stopIcon = false;
+  bool split = false;
   std::string exposureText;
   ThumbnailGridSize grid;
   int refreshes = 0;
@@ -67,40 +70,6 @@ struct ViewRecord {
 
  private:
   std::shared_ptr<CaptureDialog> Target() const { return windowAlive() ? dialog.lock() : nullptr; }
-};
-
-class RecordedSensorSelection : public SensorSelectionView {
- public:
-  explicit RecordedSensorSelection(std::shared_ptr<ViewRecord> record)
-      : record_(std::move(record)) {}
-
-  bool Run(SensorSelection* dialog, platform::Window) override {
-    ++record_->selectionsShown;
-    dialog->OnInitDialog();
-    if (ended_) return accepted_;
-    selected_ = record_->answers.sensor ? record_->answers.sensor(rows_) : std::nullopt;
-    if (selected_) dialog->OnOK();
-    return accepted_;
-  }
-  platform::Window window() const override { return nullptr; }
-  void End(bool accepted) override {
-    ended_ = true;
-    accepted_ = accepted;
-  }
-  void SetColumns(const std::vector<std::string>&) override {}
-  void SetMessage(const std::string&, uint32_t) override {}
-  void SetMessageSecondColor(std::optional<uint32_t>) override {}
-  void SetRows(const std::vector<SensorRow>& rows) override { rows_ = rows; }
-  void SetListVisible(bool) override {}
-  void SelectRow(size_t row) override { selected_ = row; }
-  std::optional<size_t> SelectedRow() const override { return selected_; }
-
- private:
-  std::shared_ptr<ViewRecord> record_;
-  std::vector<SensorRow> rows_;
-  std::optional<size_t> selected_;
-  bool ended_ = false;
-  bool accepted_ = false;
 };
 
 class RecordedView : public CaptureDialogView {
@@ -146,7 +115,8 @@ class RecordedView : public CaptureDialogView {
     record_->tips[command] = tip;
   }
 
-  void SetSeriesLayout(bool series) override { record_->seriesLayout = series; }
+  void SetStopIcon(bool stop) override { record_->stopIcon = stop; }
+  void SetSplitLayout(bool split) override { record_->split = split; }
   void ShowPanel(CapturePanel panel) override { record_->panel = panel; }
   void SetExposureText(const std::string& text) override { record_->exposureText = text; }
 
@@ -173,7 +143,18 @@ class RecordedView : public CaptureDialogView {
   void RefreshThumbnails() override { ++record_->refreshes; }
 
   std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() override {
-    return std::make_unique<RecordedSensorSelection>(record_);
+    auto view = std::make_unique<RecordedSelection>();
+    view->user = [record = record_, seen = view.get()](SensorSelection& selection) {
+      ++record->selectionsShown;
+      seen->selected = record->answers.sensor ? record->answers.sensor(seen->rows) : std::nullopt;
+      if (seen->selected) selection.OnOK();
+    };
+    return view;
+  }
+  std::unique_ptr<ImageDialogView> MakeImageDialogView() override {
+    auto view = std::make_unique<RecordedImageView>();
+    view->user = record_->answers.image;
+    return view;
   }
   std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) override {
     return record_->answers.grid ? record_->answers.grid(present) : std::nullopt;
@@ -185,7 +166,7 @@ class RecordedView : public CaptureDialogView {
  private:
   // What a view before this one has left.
   void Forget() {
-    record_->shown = record_->goes = record_->seriesLayout = false;
+    record_->shown = record_->goes = record_->stopIcon = record_->split = false;
     record_->enabled.clear();
     record_->visible.clear();
     record_->captions.clear();

@@ -14,6 +14,7 @@
 #
 #   E2E_DRIVE_C  the prefix's drive C
 #   E2E_TWAIN    its TWAIN folder; the module is installed in ZYR below it
+#   E2E_SECONDS  how long the session may last, to be set ahead of e2e_begin (600)
 #   E2E_OUT      a folder for results, which Windows programs see as $E2E_OUT_WINDOWS
 
 set -euo pipefail
@@ -47,7 +48,7 @@ e2e_begin() {
   mkdir "$E2E_OUT"
   install_module "$ZYR_ARCH" "$ZYR_WINE_PREFIX" "$ZYR_BUILD_DIR/bin"
   trap e2e_end EXIT
-  wine_session "$ZYR_ARCH" "$ZYR_WINE_PREFIX" 600 9>&- || exit 77
+  wine_session "$ZYR_ARCH" "$ZYR_WINE_PREFIX" "${E2E_SECONDS:-600}" 9>&- || exit 77
 }
 
 e2e_end() {

@@ -198,6 +198,16 @@ TEST_F(CaptureTest, ATimeOutDrainsTheSensor) {
   EXPECT_THAT(Asked(asked.begin() + 13, asked.end()),
               ElementsAre("02 20 40", "status x11", "02 F0", "status", "bulk 1872 x578", "status",
                           "bulk 1872 x578"));
+  // A trigger that comes while it is drained is not for the next capture.
+  sensor_->ccd.assign(11, 0x10);
+  onNote_ = [this](int32_t) {
+    if (sensor_->asked.back() == "bulk 1872 x578") device_->ManualTrigger();
+  };
+  EXPECT_EQ(device_->CaptureImage(), DEV_E_EXPOSURE_TIMEOUT);
+  onNote_ = [](int32_t) {};
+  TakeAsked();
+  EXPECT_EQ(device_->CaptureImage(), kOk);
+  EXPECT_THAT(TakeAsked(), testing::Not(Contains("02 F0")));
   // Not even the trigger helps.
   sensor_->ccd.assign(22, 0x10);
   EXPECT_EQ(device_->CaptureImage(), DEV_E_EXPOSURE_TIMEOUT);

@@ -20,10 +20,12 @@ constexpr Verb kVerbs[] = {
     {"wait", DialogAction::kWait, Operand::kNone},
     {"gone", DialogAction::kGone, Operand::kNone},
     {"press", DialogAction::kPress, Operand::kControl},
+    {"command", DialogAction::kCommand, Operand::kControl},
     {"enabled", DialogAction::kEnabled, Operand::kControl},
     {"disabled", DialogAction::kDisabled, Operand::kControl},
     {"visible", DialogAction::kVisible, Operand::kControl},
     {"hidden", DialogAction::kHidden, Operand::kControl},
+    {"focused", DialogAction::kFocused, Operand::kControl},
     {"has", DialogAction::kHas, Operand::kControlAndWords},
     {"say", DialogAction::kSay, Operand::kControl},
     {"place", DialogAction::kPlace, Operand::kControl},
@@ -121,8 +123,10 @@ const char kDialogHelp[] =
 
   wait           until the dialog is to be seen        gone           until it is not
   press ID       presses a button, once it can be      say ID         prints a control's text
+  command ID     gives a command of a menu
   enabled ID     until a control can be used           disabled ID    until it cannot
   visible ID     until a control is to be seen         hidden ID      until it is not
+  focused ID     until a control has the keyboard
   has ID TEXT    until a control's text has TEXT in it
   place ID       prints the middle of a control, x and y on the screen
   frame          prints the window's place as WIDTHxHEIGHT+LEFT+TOP

@@ -11,10 +11,12 @@ enum class DialogAction {
   kWait,     // until the dialog is to be seen
   kGone,     // until it is not
   kPress,    // waits until the button can be pressed
-  kEnabled,  // these six wait until it is so
+  kCommand,  // posts a command that may have no button, once the dialog can be used
+  kEnabled,  // these seven wait until it is so
   kDisabled,
   kVisible,
   kHidden,
+  kFocused,
   kHas,    // the control's text has the words in it
   kSay,    // prints the control's text
   kPlace,  // prints the middle of the control on the screen

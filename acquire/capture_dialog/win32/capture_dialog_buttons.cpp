@@ -49,6 +49,10 @@ void CaptureDialogButtons::SetVisible(uint32_t command, bool visible, HWND refug
   ShowWindow(button, visible ? SW_SHOWNA : SW_HIDE);
 }
 
+void CaptureDialogButtons::FollowFocus(HWND before) {
+  if (left_ != nullptr && before == refuge_) refuge_ = GetFocus();
+}
+
 // The command Cancel keeps its letter where the new caption has it too.
 void CaptureDialogButtons::SetCaption(uint32_t command, const std::string& caption) {
   SetMarkedCaption(Button(command), caption, mnemonics_);

@@ -22,6 +22,8 @@ class CaptureDialogButtons {
   // to `refuge`, where it does no harm, and gets it back from there once it is enabled again.
   void SetEnabled(uint32_t command, bool enabled, HWND refuge);
   void SetVisible(uint32_t command, bool visible, HWND refuge);
+  // The keyboard was at `before`, and a refuge that was hidden may have passed it on.
+  void FollowFocus(HWND before);
   void SetCaption(uint32_t command, const std::string& caption);
   void SetTip(uint32_t command, const std::string& tip);
   // Cancel or Stop.

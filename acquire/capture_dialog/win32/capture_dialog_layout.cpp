@@ -6,6 +6,7 @@
 
 #include "controls/dialog_font.h"
 #include "controls/dialog_window.h"
+#include "controls/icon_button.h"
 #include "resources/resource.h"
 
 namespace zyr {
@@ -35,8 +36,7 @@ constexpr SIZE kGaps = {12, 3};  // between groups, within one
 constexpr SIZE kLeastPanel = {170, 100};
 
 // Pixels of a plain screen.
-constexpr int kAroundCaption = 52;  // the button's icon and what is left free
-constexpr int kIcon = 18;
+constexpr int kAroundIcon = 34;  // what is left free beside icon and caption
 constexpr int kTightAround = 6;  // above and below caption and icon together
 constexpr int kTightNearGap = 2;
 constexpr int kTightGroupGap = 6;
@@ -85,9 +85,9 @@ void CaptureDialogLayout::Measure() {
   const SIZE button = InPixels(dialog_, kButton);
   const SIZE gaps = InPixels(dialog_, {0, kGaps.cx});
   margin_ = static_cast<int>(InPixels(dialog_, kMargin).cy);
-  columnWidth_ = static_cast<int>(std::max(button.cx, caption.cx + Scaled(kAroundCaption)));
-  const int tightHeight =
-      std::max(static_cast<int>(caption.cy), Scaled(kIcon)) + Scaled(kTightAround);
+  const int icon = ButtonIconSize(static_cast<int>(caption.cy));
+  columnWidth_ = static_cast<int>(std::max(button.cx, caption.cx + icon + Scaled(kAroundIcon)));
+  const int tightHeight = icon + Scaled(kTightAround);
   tight_ = {tightHeight, Scaled(kTightNearGap), Scaled(kTightGroupGap)};
   roomy_ = {std::max(static_cast<int>(button.cy), tightHeight),
             std::max(static_cast<int>(InPixels(dialog_, {0, kGaps.cy}).cy), tight_.nearGap),
@@ -101,7 +101,7 @@ POINT CaptureDialogLayout::LeastSize() const {
   return {frame.cx + panel.cx + columnWidth_ + 3 * margin_, frame.cy + height + 2 * margin_};
 }
 
-void CaptureDialogLayout::Apply(bool series) const {
+void CaptureDialogLayout::Apply(bool split) const {
   RECT client;
   GetClientRect(dialog_, &client);
   InflateRect(&client, -margin_, -margin_);
@@ -111,7 +111,7 @@ void CaptureDialogLayout::Apply(bool series) const {
   area.right = column.left - margin_;
   HDWP moves = BeginDeferWindowPos(kButtons + kPanels);
   moves = PlaceButtons(moves, column);
-  moves = PlacePanels(moves, area, series);
+  moves = PlacePanels(moves, area, split);
   if (moves != nullptr) EndDeferWindowPos(moves);
 }
 
@@ -154,15 +154,15 @@ HDWP CaptureDialogLayout::PlaceButtons(HDWP moves, const RECT& column) const {
 }
 
 // The thumbnails get three fifths: above the status lines, or to their left where there is width.
-HDWP CaptureDialogLayout::PlacePanels(HDWP moves, const RECT& area, bool series) const {
+HDWP CaptureDialogLayout::PlacePanels(HDWP moves, const RECT& area, bool split) const {
   RECT thumbnails = area;
   RECT rest = area;
   const LONG width = area.right - area.left;
   const LONG height = area.bottom - area.top;
-  if (series && width > height * 3 / 2) {
+  if (split && width > height * 3 / 2) {
     thumbnails.right = area.left + (width - margin_) * 3 / 5;
     rest.left = thumbnails.right + margin_;
-  } else if (series) {
+  } else if (split) {
     thumbnails.bottom = area.top + (height - margin_) * 3 / 5;
     rest.top = thumbnails.bottom + margin_;
   }

@@ -14,9 +14,9 @@ class CaptureDialogLayout {
 
   // To be called when captions have changed, before the next Apply.
   void Measure();
-  // In a series the thumbnails are beside the two other panels, which share one place; otherwise
+  // When split, the thumbnails are beside the two other panels, which share one place; otherwise
   // all three do.
-  void Apply(bool series) const;
+  void Apply(bool split) const;
   // Outer size at which nothing overlaps or is cut off.
   POINT LeastSize() const;
 
@@ -31,7 +31,7 @@ class CaptureDialogLayout {
   Spacing SpacingFor(int clientHeight) const;
   int ColumnHeight(const Spacing& spacing) const;
   HDWP PlaceButtons(HDWP moves, const RECT& column) const;
-  HDWP PlacePanels(HDWP moves, const RECT& area, bool series) const;
+  HDWP PlacePanels(HDWP moves, const RECT& area, bool split) const;
   HDWP Move(HDWP moves, int control, const RECT& to) const;
 
   HWND dialog_;

@@ -34,8 +34,8 @@ void CaptureDialogPanels::Attach(HWND dialog, ThumbnailSource* images) {
   thumbnails_.Attach(Window(CapturePanel::kThumbnails), images);
 }
 
-void CaptureDialogPanels::SetSeries(bool series) {
-  series_ = series;
+void CaptureDialogPanels::SetSplit(bool split) {
+  split_ = split;
   beside_ = CapturePanel::kStatus;
   Apply();
 }
@@ -46,7 +46,7 @@ void CaptureDialogPanels::Show(CapturePanel panel) {
   Apply();
 }
 
-HWND CaptureDialogPanels::Seen() const { return Window(series_ ? beside_ : panel_); }
+HWND CaptureDialogPanels::Seen() const { return Window(split_ ? beside_ : panel_); }
 
 // A panel that has no use for the wheel passes it to its parent, and so back to here.
 LRESULT CaptureDialogPanels::OnWheel(WPARAM wParam, LPARAM lParam) {
@@ -82,7 +82,7 @@ HWND CaptureDialogPanels::Window(CapturePanel panel) const {
 }
 
 bool CaptureDialogPanels::IsShown(CapturePanel panel) const {
-  if (!series_) return panel == panel_;
+  if (!split_) return panel == panel_;
   return panel == beside_ || panel == CapturePanel::kThumbnails;
 }
 

@@ -20,7 +20,7 @@ class CaptureDialogPanels {
   // `images` must outlive this object.
   void Attach(HWND dialog, ThumbnailSource* images);
 
-  void SetSeries(bool series);
+  void SetSplit(bool split);
   void Show(CapturePanel panel);
   // The panel that is seen, and that takes the keyboard if no button can: of two the one with the
   // lines or the call.
@@ -46,7 +46,7 @@ class CaptureDialogPanels {
   StatusList status_;
   ExposurePanel exposure_;
   ThumbnailGrid thumbnails_;
-  bool series_ = false;
+  bool split_ = false;
   CapturePanel panel_ = CapturePanel::kStatus;   // the last one asked for
   CapturePanel beside_ = CapturePanel::kStatus;  // what shares the room with the thumbnails
   bool turning_ = false;

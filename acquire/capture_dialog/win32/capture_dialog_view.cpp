@@ -10,6 +10,7 @@
 #include "acquire/capture_dialog/win32/capture_dialog_layout.h"
 #include "acquire/capture_dialog/win32/capture_dialog_panels.h"
 #include "acquire/capture_dialog/win32/thumbnail_grid_dialog.h"
+#include "acquire/image_dialog/win32/image_dialog_view.h"
 #include "acquire/sensor_selection/win32/sensor_selection_view.h"
 #include "controls/activation_context.h"
 #include "controls/dialog_font.h"
@@ -81,7 +82,8 @@ class Win32CaptureDialogView : public CaptureDialogView {
   void SetButtonCaption(uint32_t command, const std::string& caption) override;
   void SetButtonTip(uint32_t command, const std::string& tip) override;
 
-  void SetSeriesLayout(bool series) override;
+  void SetStopIcon(bool stop) override;
+  void SetSplitLayout(bool split) override;
   void ShowPanel(CapturePanel panel) override;
   void SetExposureText(const std::string& text) override;
 
@@ -99,6 +101,9 @@ class Win32CaptureDialogView : public CaptureDialogView {
 
   std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() override {
     return MakeWin32SensorSelectionView();
+  }
+  std::unique_ptr<ImageDialogView> MakeImageDialogView() override {
+    return MakeWin32ImageDialogView();
   }
   std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) override;
 
@@ -121,7 +126,7 @@ class Win32CaptureDialogView : public CaptureDialogView {
   CaptureDialogButtons buttons_;
   std::optional<CaptureDialogLayout> layout_;
   HWND window_ = nullptr;  // keeps its value when the window is gone
-  bool series_ = false;
+  bool split_ = false;
   bool alive_ = false;
   bool complete_ = false;  // with all its controls
 };
@@ -177,16 +182,24 @@ void Win32CaptureDialogView::SetButtonTip(uint32_t command, const std::string& t
   if (alive_) buttons_.SetTip(command, tip);
 }
 
-void Win32CaptureDialogView::SetSeriesLayout(bool series) {
-  if (!alive_) return;
-  series_ = series;
-  buttons_.SetStopIcon(series);
+void Win32CaptureDialogView::SetStopIcon(bool stop) {
+  if (alive_) buttons_.SetStopIcon(stop);
+}
+
+void Win32CaptureDialogView::SetSplitLayout(bool split) {
+  if (!alive_ || split == split_) return;
+  split_ = split;
   ApplyLayout();
-  panels_.SetSeries(series);
+  const HWND focused = GetFocus();
+  panels_.SetSplit(split);
+  buttons_.FollowFocus(focused);
 }
 
 void Win32CaptureDialogView::ShowPanel(CapturePanel panel) {
-  if (alive_) panels_.Show(panel);
+  if (!alive_) return;
+  const HWND focused = GetFocus();
+  panels_.Show(panel);
+  buttons_.FollowFocus(focused);
 }
 
 void Win32CaptureDialogView::SetExposureText(const std::string& text) {
@@ -243,7 +256,7 @@ void Win32CaptureDialogView::Initialise(HWND window) {
   complete_ = true;
 }
 
-void Win32CaptureDialogView::ApplyLayout() const { layout_->Apply(series_); }
+void Win32CaptureDialogView::ApplyLayout() const { layout_->Apply(split_); }
 
 INT_PTR Win32CaptureDialogView::Handle(CaptureDialog* dialog, UINT message, WPARAM wParam,
                                        LPARAM lParam) {

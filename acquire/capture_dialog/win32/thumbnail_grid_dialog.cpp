@@ -26,12 +26,32 @@ uint32_t ChosenNumber(HWND list) {
   return static_cast<uint32_t>(SendMessageA(list, CB_GETCURSEL, 0, 0)) + 1;
 }
 
+struct Field {
+  int label;
+  int list;
+};
+constexpr Field kFields[] = {{IDC_THUMBNAIL_ROWS_LABEL, IDC_THUMBNAIL_ROWS},
+                             {IDC_THUMBNAIL_COLUMNS_LABEL, IDC_THUMBNAIL_COLUMNS}};
+
 // OK and Cancel have the keys Enter and Escape.
 void TranslateTexts(HWND dialog) {
   TranslateCaptions(dialog);
   Mnemonics mnemonics;
-  for (const int label : {IDC_THUMBNAIL_ROWS_LABEL, IDC_THUMBNAIL_COLUMNS_LABEL}) {
-    MarkCaption(GetDlgItem(dialog, label), mnemonics);
+  for (const Field& field : kFields) MarkCaption(GetDlgItem(dialog, field.label), mnemonics);
+}
+
+// A list is as high as its font asks for, whatever the template says.
+void AlignLabels(HWND dialog) {
+  for (const Field& field : kFields) {
+    const HWND label = GetDlgItem(dialog, field.label);
+    RECT place;
+    RECT list;
+    GetWindowRect(label, &place);
+    GetWindowRect(GetDlgItem(dialog, field.list), &list);
+    place.top = list.top;
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+    SetWindowPos(label, nullptr, place.left, place.top, place.right - place.left,
+                 list.bottom - list.top, SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }
 
@@ -39,6 +59,7 @@ void Initialise(HWND dialog, const ThumbnailGridSize& present) {
   FillNumbers(GetDlgItem(dialog, IDC_THUMBNAIL_ROWS), kMostThumbnailRows, present.rows);
   FillNumbers(GetDlgItem(dialog, IDC_THUMBNAIL_COLUMNS), kMostThumbnailColumns, present.columns);
   TranslateTexts(dialog);
+  AlignLabels(dialog);
   CenterAbove(dialog, GetWindow(dialog, GW_OWNER));
 }
 

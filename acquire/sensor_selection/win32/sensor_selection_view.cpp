@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "acquire/sensor_selection/sensor_selection.h"
@@ -21,6 +22,19 @@ constexpr UINT_PTR kRefreshTimer = 1;
 constexpr UINT kRefreshInterval = 1000;  // milliseconds
 constexpr int kTitleMargins = 24;        // pixels of a plain screen
 constexpr UINT kChosen = LVIS_SELECTED | LVIS_FOCUSED;
+
+// What a control does when the window gets larger: 1 where it follows.
+struct Following {
+  int control;
+  LONG left;
+  LONG top;
+  LONG width;
+  LONG height;
+};
+constexpr Following kFollowing[] = {{IDC_SENSOR_MESSAGE, 0, 0, 1, 0},
+                                    {IDC_SENSOR_LIST, 0, 0, 1, 1},
+                                    {IDOK, 1, 1, 0, 0},
+                                    {IDCANCEL, 1, 1, 0, 0}};
 
 class Win32SensorSelectionView : public SensorSelectionView {
  public:
@@ -45,6 +59,8 @@ class Win32SensorSelectionView : public SensorSelectionView {
   void OnCommand(WORD id);
   void OnNotify(const NMHDR& notification);
   INT_PTR ColorMessage(HDC dc) const;
+  void Place();
+  void OnSize(SIZE client);
   void FitColumns();
 
   HWND Control(int id) const { return GetDlgItem(window_, id); }
@@ -53,6 +69,8 @@ class Win32SensorSelectionView : public SensorSelectionView {
   SensorSelection* dialog_ = nullptr;
   HWND owner_ = nullptr;
   HWND window_ = nullptr;  // null when the window is gone
+  POINT least_ = {};       // the window's outer size at first
+  SIZE client_ = {};       // what the controls' places are made for
   Font bold_{BoldMessageFont()};
   std::vector<std::string> titles_;
   uint32_t color_ = 0;
@@ -113,6 +131,36 @@ void Win32SensorSelectionView::SetRows(const std::vector<SensorRow>& rows) {
   FitColumns();
 }
 
+// A small screen may cut it down.
+void Win32SensorSelectionView::Place() {
+  RECT area;
+  GetClientRect(window_, &area);
+  client_ = {area.right, area.bottom};
+  CenterOnScreen(window_, owner_);
+  GetWindowRect(window_, &area);
+  least_ = {area.right - area.left, area.bottom - area.top};
+}
+
+void Win32SensorSelectionView::OnSize(SIZE client) {
+  const LONG right = client.cx - client_.cx;
+  const LONG down = client.cy - client_.cy;
+  client_ = client;
+  HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(kFollowing)));
+  for (const Following& follows : kFollowing) {
+    if (moves == nullptr) return;  // out of memory
+    const HWND control = Control(follows.control);
+    RECT place;
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
+    moves = DeferWindowPos(
+        moves, control, nullptr, place.left + follows.left * right, place.top + follows.top * down,
+        place.right - place.left + follows.width * right,
+        place.bottom - place.top + follows.height * down, SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  if (moves != nullptr) EndDeferWindowPos(moves);
+  FitColumns();
+}
+
 // Wide enough for its title and its texts; the last one takes what is left.
 void Win32SensorSelectionView::FitColumns() {
   const HWND list = List();
@@ -169,7 +217,7 @@ void Win32SensorSelectionView::Initialise(HWND window) {
   SendMessageA(Control(IDC_SENSOR_MESSAGE), WM_SETFONT, reinterpret_cast<WPARAM>(bold_.handle()),
                FALSE);
   ListView_SetExtendedListViewStyle(List(), LVS_EX_FULLROWSELECT);
-  CenterOnScreen(window, owner_);
+  Place();
   dialog_->OnInitDialog();
   if (window_ == nullptr) return;
   SetTimer(window_, kRefreshTimer, kRefreshInterval, nullptr);
@@ -187,6 +235,12 @@ INT_PTR Win32SensorSelectionView::Handle(UINT message, WPARAM wParam, LPARAM lPa
       return FALSE;
     case WM_TIMER:
       dialog_->OnRefreshTimer();
+      return TRUE;
+    case WM_SIZE:
+      if (wParam != SIZE_MINIMIZED) OnSize({LOWORD(lParam), HIWORD(lParam)});
+      return TRUE;
+    case WM_GETMINMAXINFO:
+      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = least_;
       return TRUE;
     case WM_CTLCOLORSTATIC:
       return reinterpret_cast<HWND>(lParam) == Control(IDC_SENSOR_MESSAGE)

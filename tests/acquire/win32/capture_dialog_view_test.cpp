@@ -165,9 +165,9 @@ TEST_F(CaptureDialogViewTest, ControlsShareTheWindowAtAnySize) {
   view_->SetButtonVisible(kCommandManualTrigger, true);
   for (const SIZE size : {SIZE{1, 1}, SIZE{700, 600}, SIZE{1100, 500}, SIZE{1000, 700}}) {
     SetWindowPos(Window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOZORDER);
-    for (const bool series : {true, false}) {
-      view_->SetSeriesLayout(series);
-      EXPECT_EQ(VisibleControls().size(), series ? 13u : 12u);
+    for (const bool split : {true, false}) {
+      view_->SetSplitLayout(split);
+      EXPECT_EQ(VisibleControls().size(), split ? 13u : 12u);
       ExpectNoOverlap();
     }
   }
@@ -178,7 +178,7 @@ TEST_F(CaptureDialogViewTest, ControlsShareTheWindowAtAnySize) {
   ExpectNoOverlap();
 }
 
-TEST_F(CaptureDialogViewTest, ShowsOnePanelOrTwoInASeries) {
+TEST_F(CaptureDialogViewTest, ShowsOnePanelOrTwo) {
   ASSERT_TRUE(Open());
   SetFocus(Control(IDC_STATUS_PANEL));
   view_->ShowPanel(CapturePanel::kExposure);
@@ -187,12 +187,12 @@ TEST_F(CaptureDialogViewTest, ShowsOnePanelOrTwoInASeries) {
   view_->SetExposureText("Ready");
   EXPECT_EQ(TextOf(IDC_EXPOSURE_PANEL), "Ready");
 
-  view_->SetSeriesLayout(true);
+  view_->SetSplitLayout(true);
   EXPECT_EQ(Panels(), (std::set<int>{IDC_STATUS_PANEL, IDC_THUMBNAILS}));
   view_->ShowPanel(CapturePanel::kExposure);
   view_->ShowPanel(CapturePanel::kThumbnails);
   EXPECT_EQ(Panels(), (std::set<int>{IDC_EXPOSURE_PANEL, IDC_THUMBNAILS}));
-  view_->SetSeriesLayout(false);
+  view_->SetSplitLayout(false);
   EXPECT_EQ(Panels(), std::set<int>{IDC_THUMBNAILS});
 }
 
@@ -202,6 +202,15 @@ TEST_F(CaptureDialogViewTest, DisabledButtonsLendTheKeyboard) {
   EXPECT_EQ(GetFocus(), Control(IDC_STATUS_PANEL));
   view_->SetButtonEnabled(kCommandAcquireImage, true);
   EXPECT_EQ(GetFocus(), Control(ID_ACQUIRE_IMAGE));
+
+  view_->SetButtonEnabled(kCommandAcquireImage, false);
+  view_->ShowPanel(CapturePanel::kExposure);
+  view_->SetSplitLayout(true);
+  view_->ShowPanel(CapturePanel::kExposure);
+  view_->SetSplitLayout(false);
+  EXPECT_NE(GetFocus(), Control(IDC_STATUS_PANEL));
+  view_->SetButtonEnabled(kCommandAcquireImage, true);
+  EXPECT_EQ(GetFocus(), Control(ID_ACQUIRE_IMAGE)) << "from panel to panel and back";
 
   view_->SetButtonEnabled(kCommandAcquireImage, false);
   SetFocus(Control(ID_HELP));

@@ -153,6 +153,36 @@ TEST_F(SensorSelectionViewTest, ShowsWhatIsPluggedInMeanwhile) {
   EXPECT_EQ(dialog_.selected.deviceId, k2000.deviceId);
 }
 
+TEST_F(SensorSelectionViewTest, GetsLargerWithItsListAndNoSmaller) {
+  manager_.Set({k2000, k303});
+  const auto placeOf = [](HWND window) {
+    RECT place;
+    GetWindowRect(window, &place);
+    return place;
+  };
+  const auto resize = [&] {
+    const auto setSize = [&](int width, int height) {
+      SetWindowPos(Window(), nullptr, 0, 0, width, height, SWP_NOZORDER);
+    };
+    const RECT first = placeOf(Window());
+    const SIZE size = {first.right - first.left, first.bottom - first.top};
+    setSize(size.cx, size.cy);
+    const RECT list = placeOf(List());
+    const RECT cancel = placeOf(Control(IDCANCEL));
+    setSize(size.cx + 90, size.cy + 70);
+    EXPECT_EQ(placeOf(List()).left, list.left);
+    EXPECT_EQ(placeOf(List()).right, list.right + 90);
+    EXPECT_EQ(placeOf(List()).bottom, list.bottom + 70);
+    EXPECT_EQ(placeOf(Control(IDCANCEL)).left, cancel.left + 90);
+    EXPECT_EQ(placeOf(Control(IDCANCEL)).bottom, cancel.bottom + 70);
+    ExpectNoColumnIsClipped();
+    setSize(50, 50);
+    EXPECT_EQ(placeOf(Window()).right, size.cx);
+    EXPECT_EQ(placeOf(List()).bottom, list.bottom);
+  };
+  EXPECT_FALSE(Run({resize, [this] { Press(VK_ESCAPE); }}));
+}
+
 TEST_F(SensorSelectionViewTest, EndsWhenItsOwnerIsDestroyedBehindIt) {
   manager_.Set({k2000, k303});
   const HWND owner = CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, nullptr,

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "resources/resource.h"
 
@@ -26,6 +27,25 @@ RECT InkOf(HWND window) {
   return ink;
 }
 
+// Rows with ink that others without it keep apart.
+int BandsOf(HWND window) {
+  RECT client;
+  GetClientRect(window, &client);
+  const HDC dc = GetDC(window);
+  int bands = 0;
+  bool inked = false;
+  for (LONG y = 0; y < client.bottom; ++y) {
+    const bool above = inked;
+    inked = false;
+    for (LONG x = 0; x < client.right && !inked; ++x) {
+      inked = GetPixel(dc, x, y) == RGB(255, 255, 255);
+    }
+    bands += inked && !above ? 1 : 0;
+  }
+  ReleaseDC(window, dc);
+  return bands;
+}
+
 TEST(ExposurePanelTest, FitsItsTextToTheWindow) {
   ExposurePanel panel;
   const HWND window = CreateWindowA(EXPOSURE_PANEL_CLASS, "", WS_POPUP | WS_VISIBLE, 0, 0, 1, 1,
@@ -46,8 +66,12 @@ TEST(ExposurePanelTest, FitsItsTextToTheWindow) {
     EXPECT_LT(ink.right, size.cx - 5);
     EXPECT_LT(ink.bottom, size.cy - 5);
     EXPECT_GT(ink.right - ink.left, size.cx / 2) << "large";
-    EXPECT_GT(ink.bottom - ink.top, size.cy / 2);
+    EXPECT_GT(ink.bottom - ink.top, size.cy * 2 / 5);
+    EXPECT_LE(std::abs(ink.top + ink.bottom - size.cy), size.cy / 5) << "in the middle";
   }
+  SetWindowPos(window, nullptr, 0, 0, 600, 600, SWP_NOZORDER);
+  UpdateWindow(window);
+  EXPECT_EQ(BandsOf(window), 3) << "the sign's dot and two lines, for a little size";
   DestroyWindow(window);
   panel.SetText("nobody sees it");
 }

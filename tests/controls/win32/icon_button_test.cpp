@@ -106,6 +106,17 @@ TEST(ButtonIcons, GiveEveryStateItsPictureAndCanBeReplaced) {
     char caption[20];
     GetWindowTextA(button, caption, sizeof caption);
     EXPECT_STREQ(caption, "&Stop");
+    LOGFONTW large = MessageFont();
+    large.lfHeight = -Scaled(40);
+    const Font font(large);
+    SendMessageA(button, WM_SETFONT, reinterpret_cast<WPARAM>(font.handle()), FALSE);
+    icons.Set(button, ButtonIcon::kStop);
+    BUTTON_IMAGELIST place = {};
+    SendMessageA(button, BCM_GETIMAGELIST, 0, reinterpret_cast<LPARAM>(&place));
+    int width = 0;
+    int height = 0;
+    ImageList_GetIconSize(place.himl, &width, &height);
+    EXPECT_GE(height, Scaled(40)) << "as high as the letters";
     DestroyWindow(button);
   }
 }

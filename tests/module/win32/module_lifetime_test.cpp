@@ -167,6 +167,23 @@ TEST_F(ModuleLifetimeTest, OutlivesTheCallsThatAreUnderWay) {
   EXPECT_EQ(Dialog(), nullptr);
 }
 
+// A program may give each session a thread, which does not live to see the module go.
+TEST_F(ModuleLifetimeTest, GoesWithALaterSessionThanItsThreads) {
+  SetCheckForConflicts(true);
+  std::thread([this] {
+    Load();
+    AtNextTurn([this] {
+      CloseAndUnload();
+      Dismiss();
+    });
+    EXPECT_EQ(Enable(), TWRC_FAILURE);
+  }).join();
+  EXPECT_TRUE(IsLoaded());
+  Load();
+  CloseAndUnload();
+  EXPECT_FALSE(IsLoaded());
+}
+
 constexpr UINT kExitCode = 42;
 
 // Run by the test below, in a process of its own: the thread of the dialog is dead when the

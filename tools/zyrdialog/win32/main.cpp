@@ -49,6 +49,17 @@ bool Press(const DialogScript& script, const DialogStep& step) {
                       reinterpret_cast<LPARAM>(button));
 }
 
+bool Command(HWND dialog, const DialogStep& step) {
+  return IsWindowEnabled(dialog) && PostMessageA(dialog, WM_COMMAND, step.control, 0);
+}
+
+bool HasKeyboard(HWND control) {
+  GUITHREADINFO info = {};
+  info.cbSize = sizeof info;
+  return GetGUIThreadInfo(GetWindowThreadProcessId(control, nullptr), &info) &&
+         info.hwndFocus == control;
+}
+
 bool PrintPlace(HWND control) {
   RECT place;
   if (!GetWindowRect(control, &place)) return false;
@@ -89,6 +100,8 @@ bool Take(const DialogScript& script, const DialogStep& step) {
       return true;
     case DialogAction::kPress:
       return Press(script, step);
+    case DialogAction::kCommand:
+      return Command(DialogOf(script), step);
     default:
       break;
   }
@@ -103,6 +116,8 @@ bool Take(const DialogScript& script, const DialogStep& step) {
       return IsWindowVisible(control);
     case DialogAction::kHidden:
       return !IsWindowVisible(control);
+    case DialogAction::kFocused:
+      return HasKeyboard(control);
     case DialogAction::kHas:
       return TextOf(control).find(step.words) != std::string::npos;
     case DialogAction::kSay:

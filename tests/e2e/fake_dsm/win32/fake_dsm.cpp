@@ -54,6 +54,14 @@ void UnloadSource() {
   sourceModule = nullptr;
 }
 
+// A program that has a function of this name wants to hear of a notification while the source still
+// waits for the manager's answer.
+void TellAtOnce(TW_UINT16 message) {
+  const auto tell = reinterpret_cast<void (*)(TW_UINT16)>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(nullptr), "OnNotification")));
+  if (tell != nullptr) tell(message);
+}
+
 // Without an origin, as the first question of a manager may come.
 TW_UINT16 Identify(TW_IDENTITY* identity) {
   if (!LoadSource()) return TWRC_FAILURE;
@@ -73,6 +81,7 @@ TW_UINT16 Identity(TW_IDENTITY* origin, TW_UINT16 message, TW_IDENTITY* identity
       return LoadSource() ? sourceEntry(origin, DG_CONTROL, DAT_IDENTITY, message, identity)
                           : TWRC_FAILURE;
     case MSG_CLOSEDS: {
+      if (sourceEntry == nullptr) return TWRC_FAILURE;
       const TW_UINT16 result = sourceEntry(origin, DG_CONTROL, DAT_IDENTITY, message, identity);
       UnloadSource();
       return result;
@@ -90,10 +99,12 @@ TW_UINT16 Notification(TW_IDENTITY* origin, TW_IDENTITY* destination, TW_UINT16 
                                    : "other notification");
   if (!addressed) Note("WRONG IDENTITIES");
   pending = message;
+  TellAtOnce(message);
   return TWRC_SUCCESS;
 }
 
 TW_UINT16 ProcessEvent(TW_IDENTITY* origin, TW_EVENT* event) {
+  if (sourceEntry == nullptr) return TWRC_NOTDSEVENT;
   const MSG* message = static_cast<const MSG*>(event->pEvent);
   if (pending != MSG_NULL && message->message == WM_NULL && message->hwnd == nullptr) {
     Note("delivered with WM_NULL");

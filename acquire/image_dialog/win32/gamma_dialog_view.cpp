@@ -1,0 +1,257 @@
+#include "acquire/image_dialog/win32/gamma_dialog_view.h"
+
+#include <windows.h>
+// After the system's header.
+#include <commctrl.h>
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include "acquire/image_dialog/gamma_dialog.h"
+#include "controls/dialog_font.h"
+#include "controls/dialog_window.h"
+#include "controls/image_viewer/image_viewer_window.h"
+#include "controls/mnemonics.h"
+#include "controls/modal_dialog.h"
+#include "resources/resource.h"
+
+namespace zyr {
+namespace {
+
+static_assert(IDC_BRIGHTNESS_SLIDER == kSliderBrightness);
+static_assert(IDC_CONTRAST_SLIDER == kSliderContrast);
+static_assert(IDC_GAMMA_SLIDER == kSliderGamma);
+
+struct SliderRow {
+  int slider;
+  int label;
+  int value;
+};
+constexpr SliderRow kRows[] = {
+    {IDC_BRIGHTNESS_SLIDER, IDC_BRIGHTNESS_LABEL, IDC_BRIGHTNESS_VALUE},
+    {IDC_CONTRAST_SLIDER, IDC_CONTRAST_LABEL, IDC_CONTRAST_VALUE},
+    {IDC_GAMMA_SLIDER, IDC_GAMMA_LABEL, IDC_GAMMA_VALUE},
+};
+constexpr int kControls = 3 * static_cast<int>(std::size(kRows)) + 3;
+
+constexpr UINT_PTR kPreviewTimer = 1;
+constexpr LPARAM kPageStep = 10;
+constexpr uint32_t kToolBars =
+    kToolBarZoomIn | kToolBarZoomOut | kToolBarZoomToFit | kToolBarPan | kToolBarFreeZoom;
+
+// Pixels of a plain screen.
+constexpr int kMargin = 8;
+constexpr int kSliderRow = 32;
+constexpr int kBelowSlider = 8;  // where its ticks are
+constexpr SIZE kButton = {84, 26};
+constexpr SIZE kLeast = {420, 400};
+constexpr SIZE kFirst = {640, 700};
+constexpr int kPercentOfScreen = 85;
+
+const char kWidestValue[] = "-100 ";
+
+int TextWidth(HWND window, const std::string& text) {
+  const HDC dc = GetDC(window);
+  const HGDIOBJ previous =
+      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(window, WM_GETFONT, 0, 0)));
+  RECT area = {};
+  DrawTextA(dc, text.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
+  SelectObject(dc, previous);
+  ReleaseDC(window, dc);
+  return static_cast<int>(area.right);
+}
+
+const SliderRow* RowOf(uint32_t slider) {
+  const auto row = std::find_if(
+      std::begin(kRows), std::end(kRows),
+      [slider](const SliderRow& known) { return known.slider == static_cast<int>(slider); });
+  return row != std::end(kRows) ? row : nullptr;
+}
+
+class Win32GammaDialogView : public GammaDialogView, private ModalDialog {
+ public:
+  bool Run(GammaDialog* dialog, platform::Window owner) override;
+  platform::Window window() const override { return hwnd(); }
+  void End(bool accepted) override { EndModal(accepted); }
+
+  CKIPImageViewerControl& viewer() override { return viewer_.viewer(); }
+  void SetSliderRange(uint32_t slider, int32_t least, int32_t most, int32_t position) override;
+  int32_t SliderPosition(uint32_t slider) const override;
+  void SetSliderLabel(uint32_t slider, const std::string& text) override;
+  void StartTimer(uint32_t milliseconds) override;
+  void StopTimer() override;
+
+ private:
+  void Initialise() override;
+  INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
+  void OnGone() override { StopTimer(); }
+
+  void MarkLabels();
+  void Place();
+  POINT WithFrame(SIZE client) const;
+  void Arrange() const;
+  HDWP PlaceRow(HDWP moves, const SliderRow& row, const RECT& area) const;
+  HDWP Move(HDWP moves, int control, const RECT& to) const;
+  LRESULT Send(uint32_t slider, UINT message, WPARAM wParam, LPARAM lParam) const {
+    return SendMessageA(Control(static_cast<int>(slider)), message, wParam, lParam);
+  }
+
+  GammaDialog* dialog_ = nullptr;
+  HWND owner_ = nullptr;
+  ImageViewerWindow viewer_;
+  int labelWidth_ = 0;
+  int valueWidth_ = 0;
+};
+
+bool Win32GammaDialogView::Run(GammaDialog* dialog, platform::Window owner) {
+  const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_BAR_CLASSES};
+  InitCommonControlsEx(&classes);
+  dialog_ = dialog;
+  owner_ = UsableOwner(owner);
+  return RunModal(IDD_GAMMA_DIALOG, owner);
+}
+
+// One tick between those at the ends: where a slider changes nothing.
+void Win32GammaDialogView::SetSliderRange(uint32_t slider, int32_t least, int32_t most,
+                                          int32_t position) {
+  Send(slider, TBM_SETRANGEMIN, TRUE, least);
+  Send(slider, TBM_SETRANGEMAX, TRUE, most);
+  Send(slider, TBM_SETPAGESIZE, 0, kPageStep);
+  Send(slider, TBM_SETTIC, 0, position);
+  Send(slider, TBM_SETPOS, TRUE, position);
+}
+
+int32_t Win32GammaDialogView::SliderPosition(uint32_t slider) const {
+  return static_cast<int32_t>(Send(slider, TBM_GETPOS, 0, 0));
+}
+
+void Win32GammaDialogView::SetSliderLabel(uint32_t slider, const std::string& text) {
+  const SliderRow* const row = RowOf(slider);
+  if (row != nullptr) SetWindowTextA(Control(row->value), text.c_str());
+}
+
+void Win32GammaDialogView::StartTimer(uint32_t milliseconds) {
+  if (hwnd() != nullptr) SetTimer(hwnd(), kPreviewTimer, milliseconds, nullptr);
+}
+
+void Win32GammaDialogView::StopTimer() {
+  if (hwnd() != nullptr) KillTimer(hwnd(), kPreviewTimer);
+}
+
+void Win32GammaDialogView::Initialise() {
+  viewer_.Attach(Control(IDC_GAMMA_VIEWER));
+  viewer().SetToolBarsAllowed(kToolBars);
+  MarkLabels();
+  Place();
+  dialog_->OnInitDialog();
+  SetFocus(Control(IDC_BRIGHTNESS_SLIDER));
+}
+
+void Win32GammaDialogView::MarkLabels() {
+  Mnemonics mnemonics;
+  for (const SliderRow& row : kRows) {
+    const HWND label = Control(row.label);
+    MarkCaption(label, mnemonics);
+    labelWidth_ = std::max(labelWidth_, TextWidth(label, WindowText(label)));
+  }
+  valueWidth_ = TextWidth(Control(kRows[0].value), kWidestValue);
+}
+
+POINT Win32GammaDialogView::WithFrame(SIZE client) const {
+  RECT outer;
+  RECT inner;
+  GetWindowRect(hwnd(), &outer);
+  GetClientRect(hwnd(), &inner);
+  return {Scaled(client.cx) + outer.right - outer.left - inner.right,
+          Scaled(client.cy) + outer.bottom - outer.top - inner.bottom};
+}
+
+void Win32GammaDialogView::Place() {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromWindow(owner_ != nullptr ? owner_ : hwnd(), MONITOR_DEFAULTTONEAREST),
+                  &monitor);
+  const LONG most = (monitor.rcWork.bottom - monitor.rcWork.top) * kPercentOfScreen / 100;
+  const POINT first = WithFrame(kFirst);
+  SetWindowPos(hwnd(), nullptr, 0, 0, first.x, std::min(first.y, most),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  CenterAbove(hwnd(), owner_);
+}
+
+void Win32GammaDialogView::Arrange() const {
+  const int margin = Scaled(kMargin);
+  RECT client;
+  GetClientRect(hwnd(), &client);
+  InflateRect(&client, -margin, -margin);
+  const LONG buttonsTop = client.bottom - Scaled(kButton.cy);
+  const LONG rowHeight = Scaled(kSliderRow);
+  const LONG rowsTop = buttonsTop - margin - rowHeight * static_cast<LONG>(std::size(kRows));
+
+  HDWP moves = BeginDeferWindowPos(kControls);
+  moves = Move(moves, IDC_GAMMA_VIEWER, {client.left, client.top, client.right, rowsTop - margin});
+  RECT area = {client.left, rowsTop, client.right, rowsTop + rowHeight};
+  for (const SliderRow& row : kRows) {
+    moves = PlaceRow(moves, row, area);
+    OffsetRect(&area, 0, static_cast<int>(rowHeight));
+  }
+  RECT button = {client.right - Scaled(kButton.cx), buttonsTop, client.right, client.bottom};
+  moves = Move(moves, IDCANCEL, button);
+  OffsetRect(&button, -Scaled(kButton.cx) - margin, 0);
+  moves = Move(moves, IDOK, button);
+  if (moves != nullptr) EndDeferWindowPos(moves);
+}
+
+// The texts are level with what the user drags.
+HDWP Win32GammaDialogView::PlaceRow(HDWP moves, const SliderRow& row, const RECT& area) const {
+  const int margin = Scaled(kMargin);
+  const LONG labelRight = area.left + labelWidth_;
+  const LONG valueLeft = area.right - valueWidth_;
+  const LONG textBottom = area.bottom - Scaled(kBelowSlider);
+  moves = Move(moves, row.label, {area.left, area.top, labelRight, textBottom});
+  moves = Move(moves, row.slider, {labelRight + margin, area.top, valueLeft - margin, area.bottom});
+  return Move(moves, row.value, {valueLeft, area.top, area.right, textBottom});
+}
+
+HDWP Win32GammaDialogView::Move(HDWP moves, int control, const RECT& to) const {
+  if (moves == nullptr) return nullptr;  // out of memory
+  return DeferWindowPos(moves, Control(control), nullptr, to.left, to.top,
+                        std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
+                        SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+INT_PTR Win32GammaDialogView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_HSCROLL:
+      dialog_->OnSlider();
+      return TRUE;
+    case WM_TIMER:
+      if (wParam != kPreviewTimer) return FALSE;
+      StopTimer();
+      dialog_->OnTimer();
+      return TRUE;
+    case WM_COMMAND:
+      if (LOWORD(wParam) == IDOK) dialog_->OnOK();
+      if (LOWORD(wParam) == IDCANCEL) dialog_->OnCancel();
+      return TRUE;
+    case WM_SIZE:
+      if (wParam != SIZE_MINIMIZED) Arrange();
+      return TRUE;
+    case WM_GETMINMAXINFO:
+      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = WithFrame(kLeast);
+      return TRUE;
+    case WM_MOUSEWHEEL:
+      SendMessageA(Control(IDC_GAMMA_VIEWER), message, wParam, lParam);
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<GammaDialogView> MakeWin32GammaDialogView() {
+  return std::make_unique<Win32GammaDialogView>();
+}
+
+}  // namespace zyr

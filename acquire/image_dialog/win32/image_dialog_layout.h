@@ -1,0 +1,33 @@
+// Where the controls of the image dialog are.
+#pragma once
+
+#include <windows.h>
+
+namespace zyr {
+
+// The buttons in a row on top, the viewer below it, the list of operations at the viewer's left,
+// the status line at the bottom. User-interface thread only, while the window lives.
+class ImageDialogLayout {
+ public:
+  // Once the controls have their captions. The list gets `listWidth` pixels where there is room.
+  ImageDialogLayout(HWND dialog, int listWidth);
+
+  // The window's, with its frame; the whole row can be seen at it.
+  POINT LeastSize() const;
+  // Of a window that has just been made.
+  bool HasRoomForList() const;
+  void Apply(bool listOpen) const;
+
+ private:
+  int WidthOf(int button) const;
+  HDWP PlaceRow(HDWP moves, const RECT& row) const;
+  HDWP Move(HDWP moves, int control, const RECT& to) const;
+
+  HWND dialog_;
+  int listWidth_;
+  int textHeight_;
+  int rowHeight_;
+  int statusHeight_;
+};
+
+}  // namespace zyr

@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# user-guide-pictures.sh: makes docs/user-guide/pictures/*.png anew, from the module as it is, with simulated sensors.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/common.sh
+. scripts/wine.sh
+. scripts/module.sh
+. scripts/simulator.sh
+. scripts/window.sh
+
+bin=$ZYR_BUILD/x64/bin
+prefix=$ZYR_WINE/user-guide
+pictures=$ZYR_ROOT/docs/user-guide/pictures
+where=(x64 "$prefix" "$bin")
+
+start_prefix() {
+  wine_end_session x64 "$prefix"
+  wine_copy_prefix x64 "$prefix"
+  install_module x64 "$prefix" "$bin"
+  wine_session x64 "$prefix" 600
+  module_settings x64 "$prefix" AlwaysPromptForSensor=0 CheckForConflicts=0
+  install_simulator "${where[@]}"
+  zyrsim "${where[@]}" plug 2000 D --instance 0001
+  choose_sensor x64 "$prefix" 2000
+}
+
+dialog() { zyrdialog "${where[@]}" "$@"; }
+expose() { zyrsim "${where[@]}" expose --wait 20 --instance 0001; }
+
+# take NAME [TITLE]: few colours are enough for a window with grey pictures, and make a small file.
+take() {
+  local seen=$prefix/seen.png
+  photograph "${where[@]}" "$seen" "${2:-ZYR TWAIN}"
+  /usr/bin/convert "$seen" -dither None -colors 96 -strip -define png:compression-level=9 "$pictures/$1.png"
+  [ "$(wc -c <"$pictures/$1.png")" -lt 60000 ] || die "$1.png is too large"
+}
+
+# The second picture of a grid of two by two: right of the middle, and above it.
+select_second() {
+  local x y
+  read -r x y <<<"$(dialog place $thumbnails)"
+  DISPLAY=$(cat "$prefix/session/display") xdotool mousemove --sync $((x + 80)) $((y - 80)) click 1
+  dialog enabled $delete_selected
+}
+
+take_pictures() {
+  dialog size 680 520
+  take idle
+  dialog press $thumbnails_command
+  take thumbnails Thumbnails
+  dialog --title Thumbnails press $cancel
+  dialog press $acquire_image , visible $exposure_panel
+  take armed
+  expose
+  dialog visible $thumbnails , press $acquire_series , visible $exposure_panel
+  expose
+  dialog hidden $exposure_panel , visible $exposure_panel
+  take series
+  expose
+  dialog hidden $exposure_panel , visible $exposure_panel , press $cancel , enabled $acquire_image
+  take three-images
+  select_second
+  take selected
+  zyrsim "${where[@]}" plug 303 C --instance 0002
+  dialog press $select_sensor
+  take sensors "Select A Sensor"
+  dialog --title "Select A Sensor" press $cancel
+  dialog press $cancel , gone
+}
+
+make_pictures() {
+  start_prefix
+  mkdir -p "$pictures"
+  wine_in_session x64 "$prefix" "$bin/zyracquire.exe" --source "ZYR TWAIN" --timeout 0 </dev/null >"$prefix/acquire.log" 2>&1 &
+  take_pictures
+  wait $! || true # closed before it gave an image
+}
+
+need_packages build
+wine_select x64 || die "no Wine for x64"
+trap 'wine_end_session x64 "$prefix"' EXIT
+stage "third-party libraries" x64-third-party scripts/build-third-party.sh x64
+stage "build" x64-build build_preset x64 zyrtwain zyracquire zyrsim zyrdialog
+stage "pictures of the user guide" user-guide-pictures make_pictures

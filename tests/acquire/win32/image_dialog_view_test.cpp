@@ -1,0 +1,288 @@
+#include "acquire/image_dialog/win32/image_dialog_view.h"
+
+#include <windows.h>
+// After the system's header.
+#include <commctrl.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "acquire/image_dialog/gamma_dialog_view.h"
+#include "acquire/image_dialog/image_dialog.h"
+#include "acquire/image_dialog/operation_tree.h"
+#include "controls/dialog_window.h"
+#include "resources/resource.h"
+#include "settings/store.h"
+
+namespace zyr {
+namespace {
+
+constexpr UINT kGetMenuHandle = 0x01E1;  // MN_GETHMENU
+const char kPopupClass[] = "#32768";
+const char kGammaTitle[] = "Adjust Gamma, Brightness, Contrast";
+
+class ImageDialogViewTest : public testing::Test {
+ protected:
+  using Acts = std::vector<std::function<void()>>;
+
+  void SetUp() override {
+    char temp[MAX_PATH];
+    GetTempPathA(sizeof temp, temp);
+    folder_ = std::string(temp) + "zyr-image-" + std::to_string(GetCurrentProcessId());
+    SetScanToPath(folder_);
+    CachedImage image;
+    image.width = 3;
+    image.height = 2;
+    image.bitsPerPixel = 8;
+    image.fileName = folder_ + "\\CACHEDRAW.RAW";
+    image.SetPixelData(kPixels);
+    ASSERT_TRUE(image.Save());
+    images_.LoadAll();
+    ASSERT_EQ(images_.GetCount(), 1u);
+  }
+  void TearDown() override {
+    images_.DeleteAll();
+    RemoveDirectoryA(folder_.c_str());
+    SetScanToPath(userFolder_);
+  }
+
+  // Runs the dialog; the user's acts follow each other as loops come by, those of popups and of
+  // other dialogs included. Whatever is left open is closed after the last one.
+  bool Run(Acts acts, HWND owner = nullptr) {
+    acts_ = std::move(acts);
+    next_ = 0;
+    test_ = this;
+    view_ = MakeWin32ImageDialogView();
+    ImageDialog dialog(*view_, images_);
+    EXPECT_TRUE(dialog.SetImage(images_.GetAt(0)));
+    const UINT_PTR timer = SetTimer(nullptr, 0, 20, Act);
+    const bool accepted = dialog.Run(owner);
+    KillTimer(nullptr, timer);
+    EXPECT_EQ(next_, acts_.size()) << "closed early, or not by itself";
+    EXPECT_EQ(view_->window(), nullptr);
+    return accepted;
+  }
+  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
+    ImageDialogViewTest& test = *test_;
+    if (!IsWindowVisible(test.Window())) return;
+    const size_t now = test.next_++;
+    if (now < test.acts_.size()) return test.acts_[now]();
+    if (test.Gamma() != nullptr) SendMessageA(test.Gamma(), WM_COMMAND, IDCANCEL, 0);
+    test.view_->End(false);
+  }
+
+  HWND Window() const { return static_cast<HWND>(view_->window()); }
+  HWND Control(int id) const { return GetDlgItem(Window(), id); }
+  static HWND Gamma() { return FindWindowA("#32770", kGammaTitle); }
+  std::string Status() const { return WindowText(Control(IDC_IMAGE_STATUS)); }
+  std::vector<uint8_t> Pixels() {
+    const std::span<const uint8_t> pixels = images_.GetAt(0)->PixelData();
+    return {pixels.begin(), pixels.end()};
+  }
+
+  std::function<void()> Give(WPARAM command) {
+    return [=, this] { PostMessageA(Window(), WM_COMMAND, command, 0); };
+  }
+  // As the loop of the dialog does it.
+  std::function<void()> Key(WPARAM key, bool control = false) {
+    return [=, this] {
+      BYTE keys[256] = {};
+      keys[VK_CONTROL] = control ? 0x80 : 0;
+      SetKeyboardState(keys);
+      MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
+      if (!IsDialogMessageA(Window(), &press)) DispatchMessageA(&press);
+      keys[VK_CONTROL] = 0;
+      SetKeyboardState(keys);
+    };
+  }
+  // In a popup's loop.
+  std::function<void()> MenuKey(WPARAM key) {
+    return [=, this] { PostMessageA(Window(), WM_KEYDOWN, key, 0); };
+  }
+  static HMENU Popup() {
+    const HWND window = FindWindowA(kPopupClass, nullptr);
+    return window == nullptr ? nullptr
+                             : reinterpret_cast<HMENU>(SendMessageA(window, kGetMenuHandle, 0, 0));
+  }
+  static bool IsOffered(UINT command) {
+    const UINT state = GetMenuState(Popup(), command, MF_BYCOMMAND);
+    EXPECT_NE(state, static_cast<UINT>(-1)) << command;
+    return (state & (MF_GRAYED | MF_DISABLED)) == 0;
+  }
+
+  RECT PlaceOf(int id) const {
+    RECT place;
+    GetWindowRect(Control(id), &place);
+    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+  void ExpectNoOverlap() const {
+    RECT client;
+    GetClientRect(Window(), &client);
+    std::vector<RECT> places;
+    for (HWND c = GetWindow(Window(), GW_CHILD); c != nullptr; c = GetWindow(c, GW_HWNDNEXT)) {
+      if (!IsWindowVisible(c)) continue;
+      const RECT place = PlaceOf(GetDlgCtrlID(c));
+      RECT common;
+      EXPECT_TRUE(IntersectRect(&common, &place, &client) && EqualRect(&common, &place));
+      for (const RECT& other : places) EXPECT_FALSE(IntersectRect(&common, &place, &other));
+      places.push_back(place);
+    }
+  }
+
+  const std::vector<uint8_t> kPixels = {1, 2, 3, 40, 50, 60};
+  const std::vector<uint8_t> kMirrored = {3, 2, 1, 60, 50, 40};
+  const std::string userFolder_ = GetScanToPath();
+  static inline ImageDialogViewTest* test_ = nullptr;
+  std::string folder_;
+  ImageCache images_;
+  std::unique_ptr<ImageDialogView> view_;
+  Acts acts_;
+  size_t next_ = 0;
+};
+
+TEST_F(ImageDialogViewTest, OffersTheGroupsAsPopups) {
+  const auto firstPopup = [this] {
+    EXPECT_FALSE(IsOffered(kImageUndo));
+    EXPECT_FALSE(IsOffered(kImageRedo));
+    view_->SetItemEnabled(kImageRedo, true);
+    EXPECT_TRUE(IsOffered(kImageRedo)) << "also while it stands";
+    view_->SetItemEnabled(kImageRedo, false);
+  };
+  const auto lookAtStep = [this] {
+    EXPECT_TRUE(IsOffered(kImageUndo));
+    EXPECT_EQ(Status(), "Flip Horizontally") << "what would be undone";
+  };
+  std::string size;
+  EXPECT_TRUE(Run(
+      {[&] { size = Status(); }, Give(IDC_IMAGE_GROUP_5), firstPopup, MenuKey(VK_ESCAPE),
+       [&] { SetFocus(Control(IDC_IMAGE_GROUP_2)); }, Give(IDC_IMAGE_GROUP_2), MenuKey(VK_DOWN),
+       MenuKey(VK_DOWN), [this] { EXPECT_EQ(Status(), "Flips the image horizontally"); },
+       MenuKey(VK_RETURN),
+       [&] {
+         EXPECT_EQ(Status(), size);
+         EXPECT_EQ(GetFocus(), Control(IDC_IMAGE_VIEWER)) << "Enter is OK again";
+       },
+       Give(IDC_IMAGE_GROUP_5), MenuKey(VK_DOWN), lookAtStep, MenuKey(VK_ESCAPE), Key(VK_RETURN)}));
+  EXPECT_EQ(Pixels(), kMirrored);
+  EXPECT_NE(size.find("3 pixels x 2 pixels"), std::string::npos) << size;
+}
+
+TEST_F(ImageDialogViewTest, HasKeysForUndoRedoAndCopy) {
+  EXPECT_TRUE(
+      Run({Give(kImageFlipVertical), Give(kImageFlipHorizontal), Key('Z', true), Key('Z', true),
+           Key('Z', true), Key('Y', true), Key('Z'), [this] { SetFocus(Control(IDCANCEL)); },
+           Key('Y', true), Key('Z', true), Key('C', true),
+           [this] {
+             EXPECT_TRUE(IsClipboardFormatAvailable(CF_DIB));
+             SetFocus(Control(IDC_IMAGE_VIEWER));
+           },
+           Key(VK_RETURN)}));
+  EXPECT_EQ(Pixels(), (std::vector<uint8_t>{40, 50, 60, 1, 2, 3})) << "the first step alone";
+
+  EXPECT_FALSE(Run({Give(kImageInvert), Key(VK_ESCAPE)}));
+  EXPECT_EQ(Pixels(), (std::vector<uint8_t>{40, 50, 60, 1, 2, 3}));
+}
+
+TEST_F(ImageDialogViewTest, ListsAllOperationsInATree) {
+  const auto down = [this] {
+    TreeView_SelectItem(Control(IDC_IMAGE_LIST),
+                        TreeView_GetNextVisible(Control(IDC_IMAGE_LIST),
+                                                TreeView_GetSelection(Control(IDC_IMAGE_LIST))));
+  };
+  const auto look = [&] {
+    SetWindowPos(Window(), nullptr, 0, 0, 1000, 700, SWP_NOZORDER | SWP_NOMOVE);
+    if (!IsWindowVisible(Control(IDC_IMAGE_LIST))) {
+      SendMessageA(Window(), WM_COMMAND, IDC_IMAGE_LIST_HANDLE, 0);
+    }
+    size_t rows = 0;
+    for (const OperationGroup& group : OperationTree()) rows += 1 + group.items.size();
+    EXPECT_EQ(TreeView_GetCount(Control(IDC_IMAGE_LIST)), rows);
+    SetFocus(Control(IDC_IMAGE_LIST));
+    EXPECT_EQ(Status(), "Contains various viewing, saving, exporting and transfer options.");
+    for (int i = 0; i < 4; ++i) down();
+    EXPECT_EQ(Status(), "Flips the image horizontally");
+  };
+  EXPECT_TRUE(Run({look, Key(VK_RETURN),
+                   [this] {
+                     // Now an operation that is not there yet.
+                     HTREEITEM last = TreeView_GetLastVisible(Control(IDC_IMAGE_LIST));
+                     last = TreeView_GetPrevSibling(Control(IDC_IMAGE_LIST), last);
+                     TreeView_SelectItem(Control(IDC_IMAGE_LIST), last);
+                   },
+                   Key(VK_RETURN),
+                   [this] {
+                     SendMessageA(Window(), WM_COMMAND, IDC_IMAGE_LIST_HANDLE, 0);
+                     EXPECT_FALSE(IsWindowVisible(Control(IDC_IMAGE_LIST)));
+                     EXPECT_EQ(GetFocus(), Control(IDC_IMAGE_VIEWER));
+                   },
+                   Key(VK_RETURN)}));
+  EXPECT_EQ(Pixels(), kMirrored);
+}
+
+TEST_F(ImageDialogViewTest, KeepsItsControlsApartAtAnySize) {
+  EXPECT_FALSE(Run({[this] {
+                      for (const SIZE size : {SIZE{1, 1}, SIZE{900, 500}, SIZE{1200, 850}}) {
+                        SetWindowPos(Window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOZORDER);
+                        for (int i = 0; i < 2; ++i) {
+                          ExpectNoOverlap();
+                          SendMessageA(Window(), WM_COMMAND, IDC_IMAGE_LIST_HANDLE, 0);
+                        }
+                        RECT client;
+                        GetClientRect(Window(), &client);
+                        EXPECT_GE(client.right, 640);
+                        EXPECT_GE(client.bottom, 480);
+                      }
+                    },
+                    Key(VK_ESCAPE)}));
+}
+
+TEST_F(ImageDialogViewTest, AdjustsByHand) {
+  const auto slider = [](int id) { return GetDlgItem(Gamma(), id); };
+  const auto push = [=](int id, WPARAM key) {
+    SendMessageA(slider(id), WM_KEYDOWN, key, 0);
+    SendMessageA(slider(id), WM_KEYUP, key, 0);
+  };
+  const auto look = [=, this] {
+    ASSERT_NE(Gamma(), nullptr);
+    EXPECT_FALSE(IsWindowEnabled(Window()));
+    EXPECT_EQ(SendMessageA(slider(kSliderGamma), TBM_GETRANGEMAX, 0, 0), 300);
+    EXPECT_EQ(SendMessageA(slider(kSliderContrast), TBM_GETRANGEMIN, 0, 0), -100);
+    push(kSliderBrightness, VK_NEXT);
+    EXPECT_EQ(WindowText(GetDlgItem(Gamma(), IDC_BRIGHTNESS_VALUE)), "10");
+    EXPECT_EQ(WindowText(GetDlgItem(Gamma(), IDC_GAMMA_VALUE)), "100");
+  };
+  const auto finish = [](WPARAM command) {
+    return [=] { SendMessageA(Gamma(), WM_COMMAND, command, 0); };
+  };
+  const auto timeIsUp = [] { SendMessageA(Gamma(), WM_TIMER, 1, 0); };
+  EXPECT_TRUE(Run({Give(kImageAdjust), look, timeIsUp, finish(IDCANCEL), Give(IDOK)}));
+  EXPECT_EQ(Pixels(), kPixels);
+  EXPECT_TRUE(Run({Give(kImageAdjust), look, timeIsUp, finish(IDOK), Give(IDOK)}));
+  EXPECT_GT(Pixels()[0], kPixels[0]);
+}
+
+TEST_F(ImageDialogViewTest, EndsWhenItsOwnerIsDestroyedBehindIt) {
+  for (const WPARAM above : {0, IDC_IMAGE_GROUP_4, static_cast<int>(kImageAdjust)}) {
+    const HWND owner = CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, nullptr,
+                                     nullptr, nullptr, nullptr);
+    EXPECT_FALSE(Run({Give(kImageInvert), Give(above),
+                      [owner] {
+                        EXPECT_FALSE(IsWindowEnabled(owner));
+                        DestroyWindow(owner);
+                      }},
+                     owner));
+    EXPECT_EQ(Pixels(), kPixels);
+    EXPECT_EQ(Popup(), nullptr);
+    EXPECT_EQ(Gamma(), nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace zyr
