@@ -67,8 +67,9 @@ bool CachedImage::IsStillThere() const { return stored_ ? OwnsItsFile() : !pixel
 
 // Another process may have returned this image and put a new one under its name: what belongs to
 // one patient must not be shown, overwritten or deleted as another's.
-bool CachedImage::OwnsItsFile() const {
-  if (!ownsFile_) return false;
+bool CachedImage::OwnsItsFile() const { return ownsFile_ && FileIsOfThisCapture(); }
+
+bool CachedImage::FileIsOfThisCapture() const {
   BufferedFile file(kCacheFileBuffer);
   const std::optional<ImageDescription> found = OpenCacheFile(file, fileName);
   return found && found->IsSameCapture(*this);
@@ -135,13 +136,28 @@ void CachedImage::TurnTopDown() {
 
 bool CachedImage::Save() {
   if (PixelData().empty() || !IsStorable(*this)) return false;
-  if (ownsFile_ && !OwnsItsFile()) ownsFile_ = stored_ = false;
+  CheckOwnership();
   if (!StoreFile()) return false;
   ownsFile_ = true;
   const bool pixelsAreOld = std::exchange(stored_, true);
   if (pixelsAreOld && FileExists(PreviewFileName())) return true;
   if (preview != nullptr || MakePreview()) StorePreview();
   return true;
+}
+
+// A drive that was away may have come back, with the file on it: another one would be found as
+// another image.
+void CachedImage::CheckOwnership() {
+  if (ownsFile_ && !FileIsOfThisCapture()) ForgetFile();
+  if (fileWasLost_ && FileIsOfThisCapture()) {
+    ownsFile_ = true;
+    fileWasLost_ = false;
+  }
+}
+
+void CachedImage::ForgetFile() {
+  fileWasLost_ = fileWasLost_ || ownsFile_;
+  ownsFile_ = stored_ = false;
 }
 
 // Under another name first, and then in one step under its own.

@@ -77,7 +77,7 @@ class CachedImage : public ImageDescription {
   // an image that was never saved, if it has no pixels.
   bool IsStillThere() const;
   // To be told when the whole folder has gone: what is in memory counts as unsaved.
-  void ForgetFile() { ownsFile_ = stored_ = false; }
+  void ForgetFile();
   // The description must be right already; the new rows run in the same order as the old ones.
   void SetPixelData(std::vector<uint8_t> pixels);
   // The description and the pixels, rows bottom-up, in memory only and without a file. Null if the
@@ -110,6 +110,8 @@ class CachedImage : public ImageDescription {
 
  private:
   bool OwnsItsFile() const;
+  bool FileIsOfThisCapture() const;
+  void CheckOwnership();
   bool ReadPixels();
   bool StoreFile();
   void ClaimName();
@@ -122,6 +124,7 @@ class CachedImage : public ImageDescription {
   std::vector<uint8_t> pixels_;
   bool ownsFile_ = false;     // the cache file was this image's when it was last seen
   bool stored_ = false;       // and holds these pixels
+  bool fileWasLost_ = false;  // it was this image's, and could not be found any more
   bool rowsTopDown_ = false;  // in memory
 };
 

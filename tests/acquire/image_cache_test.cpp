@@ -190,6 +190,8 @@ TEST_F(ImageCacheTest, ImagesOutliveTheirFolder) {
   host::FillDiskAfter(std::nullopt);
   ASSERT_TRUE(Add(3)->Save());
   cache_.SaveRemaining();
+  for (size_t i = 0; i < 3; ++i) cache_.GetAt(i)->ForgetFile();  // a drive that is back again
+  cache_.SaveRemaining();
   ImageCache later;
   later.LoadAll();
   EXPECT_EQ(later.GetCount(), 3u);
