@@ -27,7 +27,7 @@ open_image() {
   acquire_beside --depth 16 --timeout 120
   dialog wait , has $thumbnails "Item 1 of 1" , place $thumbnails
   read -r left top <"$E2E_OUT.dialog"
-  x mousemove --sync $((left - 80)) $((top - 80)) click --repeat 2 --delay 60 1
+  x mousemove 1 1 mousemove $((left - 80)) $((top - 80)) click --repeat 2 --delay 60 1
   image wait , has $image_status "211 pixels x 401 pixels"
 }
 

@@ -115,10 +115,12 @@ bool Win32GammaDialogView::Run(GammaDialog* dialog, platform::Window owner) {
 // One tick between those at the ends: where a slider changes nothing.
 void Win32GammaDialogView::SetSliderRange(uint32_t slider, int32_t least, int32_t most,
                                           int32_t position) {
-  Send(slider, TBM_SETRANGEMIN, TRUE, least);
-  Send(slider, TBM_SETRANGEMAX, TRUE, most);
+  Send(slider, TBM_SETRANGEMIN, FALSE, least);
+  Send(slider, TBM_SETRANGEMAX, FALSE, most);
   Send(slider, TBM_SETPAGESIZE, 0, kPageStep);
   Send(slider, TBM_SETTIC, 0, position);
+  // It stands at 0 already, and may not have seen where that is now.
+  Send(slider, TBM_SETPOS, FALSE, least);
   Send(slider, TBM_SETPOS, TRUE, position);
 }
 
