@@ -12,6 +12,7 @@ bin=$ZYR_BUILD/x64/bin
 prefix=$ZYR_WINE/user-guide
 pictures=$ZYR_ROOT/docs/user-guide/pictures
 where=(x64 "$prefix" "$bin")
+image_title="Image Display" image_viewer=2132 adjust=32776 adjust_title="Adjust Gamma, Brightness, Contrast"
 
 start_prefix() {
   wine_end_session x64 "$prefix"
@@ -27,12 +28,12 @@ start_prefix() {
 dialog() { zyrdialog "${where[@]}" "$@"; }
 expose() { zyrsim "${where[@]}" expose --wait 20 --instance 0001; }
 
-# take NAME [TITLE]: few colours are enough for a window with grey pictures, and make a small file.
+# take NAME [TITLE]: few colours are enough for windows with grey pictures, and make a small file.
 take() {
   local seen=$prefix/seen.png
   photograph "${where[@]}" "$seen" "${2:-ZYR TWAIN}"
   /usr/bin/convert "$seen" -dither None -colors 96 -strip -define png:compression-level=9 "$pictures/$1.png"
-  [ "$(wc -c <"$pictures/$1.png")" -lt 60000 ] || die "$1.png is too large"
+  [ "$(wc -c <"$pictures/$1.png")" -lt 90000 ] || die "$1.png is too large"
 }
 
 # The second picture of a grid of two by two: right of the middle, and above it.
@@ -41,6 +42,30 @@ select_second() {
   read -r x y <<<"$(dialog place $thumbnails)"
   DISPLAY=$(cat "$prefix/session/display") xdotool mousemove --sync $((x + 80)) $((y - 80)) click 1
   dialog enabled $delete_selected
+}
+
+x() { DISPLAY=$(cat "$prefix/session/display") xdotool "$@"; }
+image() { dialog --title "$image_title" "$@"; }
+
+# The image of the first cell, in its own window: the spot that magnifies, and what adjusts by hand.
+look_at_image() {
+  local left top
+  read -r left top <<<"$(dialog place $thumbnails)"
+  x mousemove 1 1 mousemove $((left - 80)) $((top - 80)) click --repeat 2 --delay 60 1
+  image wait , size 860 640
+  x mousemove 1 1
+  take looking "$image_title"
+  read -r left top <<<"$(image place $image_viewer)"
+  image press $spot_magnify
+  x mousemove --sync $((left + 10)) $((top + 40)) mousedown 1 mousemove --sync $((left + 12)) $((top + 44))
+  take spot "$image_title"
+  x mouseup 1
+  image command $adjust
+  dialog --title "$adjust_title" wait , size 460 560
+  x key --delay 30 Right Right Right
+  take adjusting "$adjust_title"
+  dialog --title "$adjust_title" press $cancel , gone
+  image press $cancel , gone
 }
 
 take_pictures() {
@@ -61,6 +86,7 @@ take_pictures() {
   take three-images
   select_second
   take selected
+  look_at_image
   zyrsim "${where[@]}" plug 303 C --instance 0002
   dialog press $select_sensor
   take sensors "Select A Sensor"

@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <random>
 #include <span>
 #include <string>
 #include <utility>
@@ -17,6 +19,16 @@
 #include "acquire/image_dialog/image_dialog.h"
 #include "acquire/image_dialog/operation_tree.h"
 #include "controls/dialog_window.h"
+#include "imaging/image/deep_image.h"
+#include "imaging/operations/geometry/flip.h"
+#include "imaging/operations/geometry/rotate.h"
+#include "imaging/operations/levels/brightness_contrast.h"
+#include "imaging/operations/levels/gamma.h"
+#include "imaging/operations/levels/histogram.h"
+#include "imaging/operations/levels/invert.h"
+#include "imaging/operations/masks/mask_filters.h"
+#include "imaging/operations/medians/fast_noise.h"
+#include "imaging/operations/medians/median.h"
 #include "resources/resource.h"
 #include "settings/store.h"
 
@@ -36,20 +48,26 @@ class ImageDialogViewTest : public testing::Test {
     GetTempPathA(sizeof temp, temp);
     folder_ = std::string(temp) + "zyr-image-" + std::to_string(GetCurrentProcessId());
     SetScanToPath(folder_);
-    CachedImage image;
-    image.width = 3;
-    image.height = 2;
-    image.bitsPerPixel = 8;
-    image.fileName = folder_ + "\\CACHEDRAW.RAW";
-    image.SetPixelData(kPixels);
-    ASSERT_TRUE(image.Save());
-    images_.LoadAll();
-    ASSERT_EQ(images_.GetCount(), 1u);
+    Put(3, 2, 8, kPixels);
   }
   void TearDown() override {
     images_.DeleteAll();
     RemoveDirectoryA(folder_.c_str());
     SetScanToPath(userFolder_);
+  }
+
+  // The only image.
+  void Put(uint32_t width, uint32_t height, uint32_t bits, const std::vector<uint8_t>& pixels) {
+    images_.DeleteAll();
+    CachedImage image;
+    image.width = width;
+    image.height = height;
+    image.bitsPerPixel = bits;
+    image.fileName = folder_ + "\\CACHEDRAW.RAW";
+    image.SetPixelData(pixels);
+    ASSERT_TRUE(image.Save());
+    images_.LoadAll();
+    ASSERT_EQ(images_.GetCount(), 1u);
   }
 
   // Runs the dialog; the user's acts follow each other as loops come by, those of popups and of
@@ -70,9 +88,14 @@ class ImageDialogViewTest : public testing::Test {
   }
   static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
     ImageDialogViewTest& test = *test_;
-    if (!IsWindowVisible(test.Window())) return;
+    if (test.acting_ || !IsWindowVisible(test.Window())) return;
     const size_t now = test.next_++;
-    if (now < test.acts_.size()) return test.acts_[now]();
+    if (now < test.acts_.size()) {
+      test.acting_ = true;
+      test.acts_[now]();
+      test.acting_ = false;
+      return;
+    }
     if (test.Gamma() != nullptr) SendMessageA(test.Gamma(), WM_COMMAND, IDCANCEL, 0);
     test.view_->End(false);
   }
@@ -145,6 +168,7 @@ class ImageDialogViewTest : public testing::Test {
   std::unique_ptr<ImageDialogView> view_;
   Acts acts_;
   size_t next_ = 0;
+  bool acting_ = false;
 };
 
 TEST_F(ImageDialogViewTest, OffersTheGroupsAsPopups) {
@@ -282,6 +306,174 @@ TEST_F(ImageDialogViewTest, EndsWhenItsOwnerIsDestroyedBehindIt) {
     EXPECT_EQ(Popup(), nullptr);
     EXPECT_EQ(Gamma(), nullptr);
   }
+}
+
+std::vector<uint8_t> BytesOf(const CKIPDeepImage& image) {
+  std::vector<uint8_t> bytes;
+  for (uint32_t y = 0; y < image.GetHeight(); ++y) {
+    const auto* row = reinterpret_cast<const uint8_t*>(image.GetRow(y));
+    bytes.insert(bytes.end(), row, row + image.GetWidth() * sizeof(uint16_t));
+  }
+  return bytes;
+}
+
+// Its size and its pixels.
+std::vector<uint32_t> Seen(const CKIPImage* picture) {
+  if (picture == nullptr) return {};
+  std::vector<uint32_t> seen = {picture->width(), picture->height()};
+  for (uint32_t y = 0; y < picture->height(); ++y) {
+    const uint8_t* row = picture->PictureRow(y);
+    seen.insert(seen.end(), row, row + picture->width());
+  }
+  return seen;
+}
+
+using Deep = std::shared_ptr<const CKIPDeepImage>;
+
+std::vector<uint32_t> Seen(const Deep& image) {
+  CachedImage cached;
+  cached.width = image->GetWidth();
+  cached.height = image->GetHeight();
+  cached.bitsPerPixel = image->GetBits();
+  cached.SetPixelData(BytesOf(*image));
+  return Seen(cached.PrepareImage());
+}
+
+struct Step {
+  uint32_t command;
+  Deep (*apply)(const CKIPDeepImage* image);
+};
+const Step kSteps[] = {
+    {kImageFlipVertical, [](auto* image) -> Deep { return DeepFlipVertical(image, nullptr); }},
+    {kImageFlipHorizontal, [](auto* image) -> Deep { return DeepFlipHorizontal(image, nullptr); }},
+    {kImageRotate90, [](auto* image) -> Deep { return DeepRotate90(image, nullptr); }},
+    {kImageRotate180, [](auto* image) -> Deep { return DeepRotate180(image, nullptr); }},
+    {kImageRotate270, [](auto* image) -> Deep { return DeepRotate270(image, nullptr); }},
+    {kImageEqualize, [](auto* image) -> Deep { return DeepEqualize(image, nullptr); }},
+    {kImageNormalize, [](auto* image) -> Deep { return DeepNormalize(image, nullptr); }},
+    {kImageAutoBrightnessContrast,
+     [](auto* image) -> Deep { return DeepNormalize(image, nullptr); }},
+    {kImageSmooth, [](auto* image) -> Deep { return DeepSmooth(image, 3, 100, nullptr); }},
+    {kImageSharpen, [](auto* image) -> Deep { return DeepSharpen(image, 3, 50, nullptr); }},
+    {kImageEdgeEnhance, [](auto* image) -> Deep { return DeepEdgeEnhance(image, 3, 3, nullptr); }},
+    {kImageFastNoiseReduction,
+     [](auto* image) -> Deep { return DeepFastNoiseReduction(image, nullptr); }},
+    {kImageNoiseReduction, [](auto* image) -> Deep { return DeepMedianFilter(image, 3, nullptr); }},
+    {kImageInvert, [](auto* image) -> Deep { return DeepInvert(image, nullptr); }},
+};
+
+// The user walks at random through steps, undo, redo and original; beside it goes a plain model of
+// full copies, made by the library alone.
+class ImageDialogWalkTest : public ImageDialogViewTest {
+ protected:
+  void SetUp() override {
+    ImageDialogViewTest::SetUp();
+    auto image = std::make_shared<CKIPDeepImage>();
+    image->Create(61, 47, 12);
+    for (uint32_t i = 0; i < 61 * 47; ++i) image->GetPixels()[i] = random_() % 3000 + 500;
+    Put(61, 47, 12, BytesOf(*image));
+    original_ = present_ = image;
+  }
+
+  std::function<void()> Walk(int steps, bool byHand) {
+    return [=, this] {
+      for (int i = 0; i < steps && !HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        TakeStep(byHand);
+        ASSERT_EQ(Seen(view_->viewer().displayImage()), Seen(present_));
+        ExpectStates();
+      }
+    };
+  }
+
+  void TakeStep(bool byHand) {
+    const uint32_t choice = random_() % 100;
+    if (choice < 22) return Move(kImageUndo, undo_, redo_);
+    if (choice < 40) return Move(kImageRedo, redo_, undo_);
+    if (choice < 44) return Revert();
+    if (choice < 48 && byHand) return AdjustByHand(random_() % 300 + 1, random_() % 201 - 100);
+    const Step& step = kSteps[random_() % std::size(kSteps)];
+    Command(step.command);
+    Push(step.apply(present_.get()));
+  }
+  void Command(uint32_t command) { SendMessageA(Window(), WM_COMMAND, command, 0); }
+  void Push(Deep result) {
+    undo_.push_back(present_);
+    present_ = std::move(result);
+  }
+  void Move(uint32_t command, std::vector<Deep>& from, std::vector<Deep>& to) {
+    Command(command);
+    if (from.empty()) return;
+    to.push_back(std::exchange(present_, from.back()));
+    from.pop_back();
+  }
+  void Revert() {
+    Command(kImageOriginal);
+    if (undo_.empty()) return;  // not offered: redo stays, too
+    present_ = original_;
+    undo_.clear();
+    redo_.clear();
+  }
+
+  void AdjustByHand(int32_t gamma, int32_t contrast) {
+    gamma_ = gamma;
+    contrast_ = contrast;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 10, UseSliders);
+    Command(kImageAdjust);
+    KillTimer(nullptr, timer);
+    const Deep first =
+        gamma == 100 ? present_ : DeepAdjustGamma(present_.get(), gamma * 0.01, nullptr);
+    Push(contrast == 0 ? first : DeepAdjustBrightnessContrast(first.get(), 0, contrast, nullptr));
+  }
+  static void CALLBACK UseSliders(HWND, UINT, UINT_PTR, DWORD) {
+    auto& test = static_cast<ImageDialogWalkTest&>(*test_);
+    if (!IsWindowVisible(Gamma())) return;
+    SendMessageA(GetDlgItem(Gamma(), kSliderGamma), TBM_SETPOS, TRUE, test.gamma_);
+    SendMessageA(GetDlgItem(Gamma(), kSliderContrast), TBM_SETPOS, TRUE, test.contrast_);
+    SendMessageA(Gamma(), WM_TIMER, 1, 0);
+    SendMessageA(Gamma(), WM_COMMAND, IDOK, 0);
+  }
+
+  // In the list, and in the popup if it stands.
+  void ExpectStates() {
+    const bool hasPopup = Popup() != nullptr;
+    LPARAM row = 0;
+    for (const OperationGroup& group : OperationTree()) {
+      ++row;
+      for (const OperationItem& item : group.items) {
+        const bool back = item.id == kImageUndo || item.id == kImageOriginal;
+        const bool enabled = back ? !undo_.empty() : item.id != kImageRedo || !redo_.empty();
+        EXPECT_EQ(IsListed(row++), enabled) << item.name;
+        if (hasPopup && group.id == 0x8038) EXPECT_EQ(IsOffered(item.id), enabled) << item.name;
+      }
+    }
+  }
+  // As the list asks when it draws the row: what is disabled is grey.
+  bool IsListed(LPARAM row) const {
+    NMTVCUSTOMDRAW draw = {};
+    draw.nmcd.hdr = {Control(IDC_IMAGE_LIST), IDC_IMAGE_LIST, static_cast<UINT>(NM_CUSTOMDRAW)};
+    draw.nmcd.dwDrawStage = CDDS_ITEMPREPAINT;
+    draw.nmcd.lItemlParam = row;
+    draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
+    SendMessageA(Window(), WM_NOTIFY, IDC_IMAGE_LIST, reinterpret_cast<LPARAM>(&draw));
+    return draw.clrText != GetSysColor(COLOR_GRAYTEXT);
+  }
+
+  std::mt19937 random_{20};
+  Deep original_, present_;
+  std::vector<Deep> undo_, redo_;  // the most recent last
+  int32_t gamma_ = 0, contrast_ = 0;
+};
+
+TEST_F(ImageDialogWalkTest, FiveHundredStepsByMenuShowWhatTheLibraryMakes) {
+  EXPECT_TRUE(Run({Walk(250, true), Give(IDC_IMAGE_GROUP_5),
+                   [this] { ASSERT_NE(Popup(), nullptr); }, Walk(250, false), MenuKey(VK_ESCAPE),
+                   [this] {
+                     Command(kImageInvert);
+                     Push(DeepInvert(present_.get(), nullptr));
+                     PostMessageA(Window(), WM_COMMAND, IDOK, 0);
+                   }}));
+  EXPECT_EQ(Pixels(), BytesOf(*present_));
 }
 
 }  // namespace

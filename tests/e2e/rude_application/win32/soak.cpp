@@ -127,7 +127,8 @@ unsigned TakeGroup(Application& application, unsigned count) {
   application.OpenByManager();
   Require(application.Enable(application.window()) == TWRC_SUCCESS, "MSG_ENABLEDS");
   application.Arm(kButtonSeries);
-  Require(application.PumpUntil([&] { return ImagesOnDisk() >= count; }, kPatience), "a series");
+  Require(application.PumpUntil([&] { return ImagesOnDisk() >= count; }, kPatience * count),
+          "a series");
   application.Press(kButtonCancel);
   application.Finish();
   const unsigned made = ImagesOnDisk();
