@@ -48,6 +48,15 @@ const CKIPImage* CKIPImageViewerControl::displayImage() const { return picture_.
 
 void CKIPImageViewerControl::PictureChanged() { view_.InvalidateRect(GetImageRect()); }
 
+void CKIPImageViewerControl::InvalidatePixels(const ViewRect& client) {
+  const ViewRect pixels = ClientToImageRect(client);
+  const ViewPoint first = ImageToClient({pixels.left, pixels.top});
+  const ViewPoint last = ImageToClient({pixels.right, pixels.bottom});
+  const ViewSize size = view_.ClientSize();
+  view_.InvalidateRect(
+      Intersection({first.x, first.y, last.x, last.y}, {0, 0, size.width, size.height}));
+}
+
 // Settings.
 
 void CKIPImageViewerControl::SetTool(uint32_t tool, bool notify) {

@@ -187,6 +187,8 @@ class CKIPImageViewerControl {
   ImagePoint ImageUnder(ViewPoint client) const;
   void ShowNewImage(bool resetZoom);
   void PictureChanged();
+  // With what ClientToImageRect adds, so that no magnified pixel is redrawn in parts.
+  void InvalidatePixels(const ViewRect& client);
   // Scrolls to what `scrolled` says for the client area, however scroll bars change it.
   void Place(const Scrolled& scrolled);
   void ScrollTo(double x, double y);

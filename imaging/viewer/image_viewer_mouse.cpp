@@ -42,8 +42,9 @@ void CKIPImageViewerControl::StartPress(ViewPoint point) {
 
 void CKIPImageViewerControl::EndPress(bool releaseMouse) {
   if (!press_.active) return;
+  // The image may be gone already, so where it lies is not asked.
   if (SpotIsActive()) view_.InvalidateRect(SpotRect(pointer_));
-  if (BandIsActive()) view_.InvalidateRect(BandRect(pointer_));
+  if (BandIsActive()) view_.InvalidateRect(RectBetween(press_.client, pointer_));
   press_.active = false;
   tool_ = ToolBehind(tool_);
   view_.SetCursor(CursorOfTool(tool_));
@@ -58,9 +59,9 @@ void CKIPImageViewerControl::OnLeftDown(ViewPoint point, MouseKeys keys) {
     view_.SetCursor(ViewerCursor::kMove);
   } else if (IsSpotTool(tool_)) {
     view_.SetCursor(ViewerCursor::kHidden);
-    view_.InvalidateRect(SpotRect(point));
+    InvalidatePixels(SpotRect(point));
   } else if (IsRectangleTool(tool_)) {
-    view_.InvalidateRect(BandRect(point));
+    InvalidatePixels(BandRect(point));
   } else if (tool_ == kToolMagnify) {
     ZoomCentred(zoom_ * kZoomInFactor, true, press_.image);
   } else if (tool_ == kToolFreeMagnify) {
@@ -103,8 +104,8 @@ void CKIPImageViewerControl::Drag(ViewPoint previous) {
     case kToolSpotMagnify:
     case kToolSpotEnhance:
     case kToolSpotColorize:
-      view_.InvalidateRect(SpotRect(previous));
-      return view_.InvalidateRect(SpotRect(point));
+      InvalidatePixels(SpotRect(previous));
+      return InvalidatePixels(SpotRect(point));
     case kToolBrightnessContrast: {
       const auto value = DraggedBrightnessContrast(GetImageRect(), press_.client, point);
       return SetBrightnessContrast(value.brightness, value.contrast);
@@ -115,8 +116,8 @@ void CKIPImageViewerControl::Drag(ViewPoint previous) {
     }
     case kToolRectangle:
     case kToolRectangle2:
-      view_.InvalidateRect(BandRect(previous));
-      return view_.InvalidateRect(BandRect(point));
+      InvalidatePixels(BandRect(previous));
+      return InvalidatePixels(BandRect(point));
     default:
       return;
   }
@@ -165,10 +166,10 @@ void CKIPImageViewerControl::SetSpot(uint32_t size, uint32_t magnification) {
   constexpr uint32_t kSizes[] = {25, 50, 100, 150, 200};
   if (std::find(std::begin(kSizes), std::end(kSizes), size) == std::end(kSizes)) return;
   if (magnification < 2 || magnification > 5) return;
-  if (SpotIsActive()) view_.InvalidateRect(SpotRect(pointer_));
+  if (SpotIsActive()) InvalidatePixels(SpotRect(pointer_));
   spotSize_ = size;
   spotMagnification_ = magnification;
-  if (SpotIsActive()) view_.InvalidateRect(SpotRect(pointer_));
+  if (SpotIsActive()) InvalidatePixels(SpotRect(pointer_));
 }
 
 bool CKIPImageViewerControl::SpotIsActive() const { return press_.active && IsSpotTool(tool_); }

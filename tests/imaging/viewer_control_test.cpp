@@ -131,6 +131,8 @@ TEST_F(ViewerControlTest, ConvertsCoordinates) {
   EXPECT_EQ(four.DirtyImageRect({-480, 0, 4, 4}), (ViewRect{-30, 10, 110, 30}));
   EXPECT_EQ(four.ClientToImage(four.ImageToClient({103, 23}), false, 0.5), (ViewPoint{103, 23}));
   EXPECT_EQ(four.ClientToImage({-401, -81}, false, 0), (ViewPoint{-1, -1}));
+  EXPECT_TRUE((ViewerGeometry{61, 41, 0.98, {59, 40}, {}}.Fits()));  // 59.78 x 40.18
+  EXPECT_FALSE((ViewerGeometry{61, 42, 0.98, {59, 40}, {}}.Fits()));
   // What 32 bits cannot hold.
   const ViewerGeometry huge{0xFFFFFFFF, 1, 1e300, {60, 40}, {INT32_MAX - 60, 0}};
   EXPECT_EQ(huge.Content(), (ViewSize{INT32_MAX, INT32_MAX}));
@@ -232,6 +234,23 @@ TEST_F(ViewerControlTest, ZoomsAndPansAroundThePointer) {
   control_.OnRightDown({0, 0}, kNone);
   EXPECT_NEAR(control_.GetZoom(), 1.0679, 0.00005);
   EXPECT_EQ(Notices(), "2:1 1 1");
+  for (const double zoom : {1.6018, 1.0679}) {  // what is in the middle stays there
+    control_.OnScroll({40, 30});
+    const ViewPoint middle = control_.ClientToImage({27, 17}, false, 0.5);
+    zoom > 1.5 ? control_.ZoomIn() : control_.ZoomOut();
+    EXPECT_NEAR(control_.GetZoom(), zoom, 0.00005);
+    EXPECT_EQ(control_.ClientToImage({27, 17}, false, 0.5), middle);
+  }
+  control_.SetTool(kToolFreeMagnify, false);
+  control_.SetZoom(4, false);
+  const ViewPoint clicked = control_.ClientToImage({40, 20}, false, 0.5);
+  control_.OnRightDown({40, 20}, kNone);
+  EXPECT_NEAR(control_.GetZoom(), 3.6041, 0.00005);
+  EXPECT_EQ(control_.ClientToImage({27, 17}, false, 0.5), clicked);
+  control_.SetTool(kToolPan, false);
+  control_.OnRightDown({40, 20}, kNone);
+  EXPECT_NEAR(control_.GetZoom(), 3.6041, 0.00005);
+  control_.SetZoom(1.0679, true);
 
   for (const uint32_t tool : {1u, 3u, 10u, 11u, 0u}) {
     control_.SetTool(tool, false);
@@ -369,10 +388,10 @@ TEST_F(ViewerControlTest, SpotFollowsThePointer) {
   view_.BringUpToDate();
   control_.OnLeftDown({20, 20}, kNone);
   EXPECT_EQ(view_.cursor, ViewerCursor::kHidden);
-  EXPECT_EQ(view_.InvalidCount(), 25u * 25u);
+  EXPECT_EQ(view_.InvalidCount(), 27u * 27u);
   EXPECT_TRUE(view_.BringUpToDate());
   control_.OnMouseMove({22, 20}, kNone);
-  EXPECT_EQ(view_.InvalidCount(), 27u * 25u);
+  EXPECT_EQ(view_.InvalidCount(), 29u * 27u);
   EXPECT_TRUE(view_.BringUpToDate());
   EXPECT_NE(view_.PaintAll(), before);
   control_.OnScroll({9, 5});  // does not take the spot along
@@ -382,6 +401,11 @@ TEST_F(ViewerControlTest, SpotFollowsThePointer) {
   EXPECT_TRUE(view_.BringUpToDate());
   EXPECT_EQ(view_.PaintAll(), before);
   EXPECT_EQ(view_.cursor, ViewerCursor::kColorizeSpot);
+  control_.SetZoom(2, false);
+  view_.BringUpToDate();
+  control_.OnLeftDown({20, 20}, kNone);  // up to image pixel 17 either way
+  EXPECT_EQ(view_.InvalidCount(), 40u * 35u) << "up to 20, where the client area ends at 35";
+  control_.OnLeftUp({20, 20}, kNone);
   control_.OnLeftDoubleClick({22, 20}, kNone);
   EXPECT_EQ(view_.spotPopups, 1);
 }
@@ -394,6 +418,19 @@ TEST_F(ViewerControlTest, TakesImagesAndLetsThemGo) {
   ASSERT_NE(&shown, given.get());
   EXPECT_FALSE(shown.flipped);
   EXPECT_EQ(0, std::memcmp(shown.MemoryRow(0), given->MemoryRow(29), 50));
+  auto owned = given->Clone(true);
+  owned->flipped = true;
+  control_.SetImage(std::move(owned), true);
+  EXPECT_FALSE(control_.displayImage()->flipped);
+  // One that is the caller's may be gone when the next comes, whatever the mouse is at.
+  for (const uint32_t tool : {7u, 10u}) {
+    auto lent = RandomGrey(50, 30);
+    control_.SetImage(lent.get(), true);
+    control_.SetTool(tool, false);
+    control_.OnLeftDown({20, 20}, kNone);
+    lent.reset();
+    Show(RandomGrey(40, 40));
+  }
   control_.OnCommand(kViewerGamma);
   control_.OnLeftDown({20, 20}, kNone);
   control_.OnMouseMove({25, 25}, kNone);

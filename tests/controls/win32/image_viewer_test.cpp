@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -127,6 +128,28 @@ class ImageViewerTest : public testing::Test {
     TakeViewerAway(nullptr, 0, timer, 0);
   }
 
+  static std::string TextOf(HWND window) {
+    char text[256];
+    return {text, text + GetWindowTextA(window, text, sizeof text)};
+  }
+  // The choices of a menu in their order; 0 is a separator, -1 a submenu.
+  static std::vector<int> ChoicesOf(HMENU menu) {
+    std::vector<int> choices;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+      choices.push_back(static_cast<int>(GetMenuItemID(menu, i)));
+    }
+    return choices;
+  }
+  static void CALLBACK LookAtPopup(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    const HWND popup = FindWindowA("#32768", nullptr);
+    const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup, MN_GETHMENU, 0, 0));
+    popupChoices_ = ChoicesOf(menu);
+    spectrumChoices_ = ChoicesOf(GetSubMenu(menu, GetMenuItemCount(menu) - 1));
+    EndMenu();
+  }
+
+  static inline std::vector<int> popupChoices_, spectrumChoices_;
   static inline ImageViewerTest* test_ = nullptr;
   HWND dialog_ = nullptr;
   HWND window_ = nullptr;
@@ -219,9 +242,9 @@ TEST_F(ImageViewerTest, HasTheAllowedButtonsInTheirOrder) {
   EXPECT_EQ(GetFocus(), window_) << "pressed by the mouse, it gives the keyboard back";
   SendMessageA(Button(kViewerGamma), BM_CLICK, 0, 0);
   EXPECT_EQ(Viewer().tool(), kToolGamma);
-  char text[64];
-  GetWindowTextA(Button(kViewerZoomOut), text, sizeof text);
-  EXPECT_STREQ(text, "Reduces the magnification of the image");
+  EXPECT_EQ(TextOf(Button(kViewerZoomOut)), "Reduces the magnification of the image");
+  EXPECT_EQ(TextOf(Button(kViewerMagnify)),  // as it is known, misspelt
+            "Enables you to magnifiy the image by clicking with the left and right mouse buttons.");
 
   const int open = Strip();
   for (int i = 0; i < 2; ++i) {
@@ -271,6 +294,8 @@ TEST_F(ImageViewerTest, FullScreenShowsThePictureAndGivesTheKeyboardBack) {
   EXPECT_EQ(GetFocus(), inner);
   EXPECT_EQ(ButtonsOf(GetDlgItem(inner, ViewerToolBars::kFirstId)),
             (std::vector<int>{ViewerToolBars::kExpander, 7}));
+  EXPECT_EQ(TextOf(GetDlgItem(GetDlgItem(inner, ViewerToolBars::kFirstId), 7)),
+            "Exists full screen view.");
 
   // The picture goes while it is shown, and another one takes its place.
   auto other = Map(200, 100);
@@ -287,6 +312,14 @@ TEST_F(ImageViewerTest, FullScreenShowsThePictureAndGivesTheKeyboardBack) {
   EXPECT_EQ(FullScreen(), nullptr) << "nothing to show";
   Viewer().OnCommand(kViewerFullScreen);
   EXPECT_EQ(FullScreen(), nullptr);
+}
+
+TEST_F(ImageViewerTest, OffersTheOperationsInTheirOrder) {
+  ShowMap(300, 300);
+  SetTimer(nullptr, 0, 50, LookAtPopup);
+  Viewer().OnCommand(kViewerImageOperations);
+  EXPECT_EQ(popupChoices_, (std::vector<int>{1, 5, 0, 2, 4, 3, 0, 6, -1}));
+  EXPECT_EQ(spectrumChoices_, (std::vector<int>{6, 7, 8, 9, 10}));
 }
 
 // While a popup or the full screen stands, the application may take everything away.
