@@ -88,7 +88,7 @@ void ImageDialogLayout::Apply(bool listOpen) const {
   handle.left = list.right;
   handle.right = handle.left + Scaled(kHandle);
   RECT viewer = list;
-  viewer.left = handle.right;
+  viewer.left = handle.right + margin;
   viewer.right = inner.right;
 
   HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(kRow)) + kOtherControls);
