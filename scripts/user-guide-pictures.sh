@@ -12,7 +12,8 @@ bin=$ZYR_BUILD/x64/bin
 prefix=$ZYR_WINE/user-guide
 pictures=$ZYR_ROOT/docs/user-guide/pictures
 where=(x64 "$prefix" "$bin")
-image_title="Image Display" image_viewer=2132 adjust=32776 adjust_title="Adjust Gamma, Brightness, Contrast"
+image_title="Image Display" image_viewer=2132 adjust=32776 brightness=1013
+adjust_title="Adjust Gamma, Brightness, Contrast"
 
 start_prefix() {
   wine_end_session x64 "$prefix"
@@ -26,6 +27,8 @@ start_prefix() {
 }
 
 dialog() { zyrdialog "${where[@]}" "$@"; }
+image() { dialog --title "$image_title" "$@"; }
+x() { DISPLAY=$(cat "$prefix/session/display") xdotool "$@"; }
 expose() { zyrsim "${where[@]}" expose --wait 20 --instance 0001; }
 
 # take NAME [TITLE]: few colours are enough for windows with grey pictures, and make a small file.
@@ -38,31 +41,32 @@ take() {
 
 # The second picture of a grid of two by two: right of the middle, and above it.
 select_second() {
-  local x y
-  read -r x y <<<"$(dialog place $thumbnails)"
-  DISPLAY=$(cat "$prefix/session/display") xdotool mousemove --sync $((x + 80)) $((y - 80)) click 1
+  local left top
+  read -r left top <<<"$(dialog place $thumbnails)"
+  x mousemove --sync $((left + 80)) $((top - 80)) click 1
   dialog enabled $delete_selected
 }
 
-x() { DISPLAY=$(cat "$prefix/session/display") xdotool "$@"; }
-image() { dialog --title "$image_title" "$@"; }
-
-# The image of the first cell, in its own window: the spot that magnifies, and what adjusts by hand.
+# The image of the first cell, in its own window: the spot that magnifies, above a shadow in the enamel, and what adjusts
+# by hand. 0 shows the whole image.
 look_at_image() {
   local left top
   read -r left top <<<"$(dialog place $thumbnails)"
   x mousemove 1 1 mousemove $((left - 80)) $((top - 80)) click --repeat 2 --delay 60 1
-  image wait , size 860 640
-  x mousemove 1 1
+  image wait , size 920 640 , focused $image_viewer
+  x key 0 mousemove 1 1
   take looking "$image_title"
   read -r left top <<<"$(image place $image_viewer)"
-  image press $spot_magnify
-  x mousemove --sync $((left + 10)) $((top + 40)) mousedown 1 mousemove --sync $((left + 12)) $((top + 44))
+  x key --delay 60 Tab Tab Right Right space # the third button of the second tool bar
+  x mousemove --sync $((left - 141)) $((top - 118)) mousedown 1
   take spot "$image_title"
   x mouseup 1
   image command $adjust
-  dialog --title "$adjust_title" wait , size 460 560
-  x key --delay 30 Right Right Right
+  dialog --title "$adjust_title" wait , size 460 560 , focused $brightness
+  x key --delay 60 shift+Tab 0 Tab Tab Tab
+  dialog --title "$adjust_title" focused $brightness
+  x key --delay 60 Next Next
+  dialog --title "$adjust_title" pause 1500 # until the preview is made
   take adjusting "$adjust_title"
   dialog --title "$adjust_title" press $cancel , gone
   image press $cancel , gone

@@ -62,6 +62,8 @@ void OperationList::Attach(HWND tree) {
   }
   TreeView_SelectItem(tree, TreeView_GetRoot(tree));
   TreeView_EnsureVisible(tree, TreeView_GetRoot(tree));
+  // It is still narrow, and has moved sideways for the end of a long name.
+  SendMessageA(tree, WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, 0), 0);
 }
 
 OperationList::Item OperationList::Add(Item parent, const char* name, Row row) {
