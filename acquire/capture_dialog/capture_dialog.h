@@ -107,6 +107,7 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   void TellOfLostImage();
   void EnhanceImage(CachedImage& image);
   void SaveImage(CachedImage& image);
+  void TellOfUnsavedImage();
 
   void RefreshThumbnails();
   void ShowThumbnailPanel();

@@ -102,6 +102,10 @@ void CaptureDialog::EnhanceImage(CachedImage& image) {
 
 void CaptureDialog::SaveImage(CachedImage& image) {
   if (image.Save()) return images_.SaveRemaining();
+  TellOfUnsavedImage();
+}
+
+void CaptureDialog::TellOfUnsavedImage() {
   const std::string format = GetFormatPhrase(
       "The image could not be saved to the folder %s.  It is kept in memory and will be saved as "
       "soon as possible.  Please be sure that the folder is available and that there is enough "
@@ -185,8 +189,10 @@ void CaptureDialog::OnThumbnailOpened(size_t index) {
   errorStands_ = false;
   const std::unique_ptr<ImageDialogView> view = view_->MakeImageDialogView();
   ImageDialog dialog(*view, images_);
-  if (!dialog.SetImage(images_.GetAt(index)) || !dialog.Run(window())) return;
-  if (HasWindow()) RefreshThumbnails();
+  CachedImage* const image = images_.GetAt(index);
+  if (!dialog.SetImage(image) || !dialog.Run(window()) || !HasWindow()) return;
+  if (images_.Share(image) != nullptr && !image->IsSaved()) TellOfUnsavedImage();
+  RefreshThumbnails();
 }
 
 bool CaptureDialog::IsThumbnailSelected(size_t index) const {

@@ -12,6 +12,7 @@ namespace {
 
 constexpr uint64_t kShowAfter = 300;  // milliseconds: shorter operations are not noticed
 constexpr int kSteps = 100;
+// Pixels of a screen at its plain scale.
 constexpr int kMargin = 12;
 constexpr int kGap = 8;
 constexpr int kBarHeight = 16;
@@ -26,6 +27,14 @@ HFONT MessageFont() {
   metrics.cbSize = sizeof metrics;
   if (!SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) return nullptr;
   return CreateFontIndirectA(&metrics.lfMessageFont);
+}
+
+int Scaled(int pixels) {
+  const HDC screen = GetDC(nullptr);
+  if (screen == nullptr) return pixels;
+  const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return MulDiv(pixels, dpi, USER_DEFAULT_SCREEN_DPI);
 }
 
 SIZE TextSize(const std::string& text, HFONT font) {
@@ -74,14 +83,16 @@ ProgressWindow::Impl::Impl(const std::string& caption) : font(MessageFont()) {
   const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
   const SIZE size = TextSize(caption, font);
-  const int width = std::max<int>(size.cx, kLeastWidth);
+  const int margin = Scaled(kMargin);
+  const int barHeight = Scaled(kBarHeight);
+  const int width = std::max<int>(size.cx, Scaled(kLeastWidth));
   const int height = size.cy;
-  MakeFrame(width + 2 * kMargin, height + kGap + kBarHeight + 2 * kMargin);
+  const int barTop = margin + height + Scaled(kGap);
+  MakeFrame(width + 2 * margin, barTop + barHeight + margin);
   if (frame == nullptr) return;
-  const int barTop = kMargin + height + kGap;
   text = MakeChild(WC_STATICA, caption.c_str(), SS_LEFT | SS_NOPREFIX,
-                   {kMargin, kMargin, kMargin + width, kMargin + height});
-  bar = MakeChild(PROGRESS_CLASSA, "", 0, {kMargin, barTop, kMargin + width, barTop + kBarHeight});
+                   {margin, margin, margin + width, margin + height});
+  bar = MakeChild(PROGRESS_CLASSA, "", 0, {margin, barTop, margin + width, barTop + barHeight});
   SendMessageA(text, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
   SendMessageA(bar, PBM_SETRANGE32, 0, kSteps);
 }

@@ -227,6 +227,10 @@ TEST_F(CaptureDialogTest, OpensAnImageForEditing) {
   EXPECT_EQ(open(1, true), 1);
   EXPECT_NE(pixels(), before);
   EXPECT_EQ(view_->refreshes, refreshes + 1);
+  host::FillDiskAfter(0);
+  EXPECT_EQ(open(1, true), 1);
+  EXPECT_EQ(LastTitle(), "Unable To Save Image!");
+  host::FillDiskAfter(std::nullopt);
 
   EXPECT_EQ(open(1, true, [this] { images_.DeleteAll(); }), 1);
   EXPECT_EQ(images_.GetCount(), 0u);
