@@ -1,7 +1,5 @@
 // Undo and redo in the image dialog, and what memory they take.
 #include <chrono>
-#include <cstdlib>
-#include <limits>
 #include <new>
 #include <random>
 #include <set>
@@ -10,29 +8,7 @@
 #include "acquire/image_dialog/operation_history.h"
 #include "platform/host/escape_key.h"
 #include "tests/acquire/image_dialog_fixture.h"
-
-namespace {
-
-constexpr int kEnough = std::numeric_limits<int>::max();
-int g_blocksLeft = kEnough;
-
-void* NewBlock(size_t bytes) {
-  if (g_blocksLeft == 0) return nullptr;
-  if (g_blocksLeft != kEnough) --g_blocksLeft;
-  return std::malloc(bytes == 0 ? 1 : bytes);
-}
-
-}  // namespace
-
-void* operator new(size_t bytes) {
-  void* block = NewBlock(bytes);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-void* operator new(size_t bytes, const std::nothrow_t&) noexcept { return NewBlock(bytes); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, size_t) noexcept { std::free(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
+#include "tests/support/scarce_memory.h"
 
 namespace zyr::test {
 namespace {

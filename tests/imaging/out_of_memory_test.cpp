@@ -1,7 +1,5 @@
 // Wherever memory runs out, operations give null and let no exception through.
-#include <cstdlib>
 #include <functional>
-#include <limits>
 #include <new>
 
 #include "imaging/image/raw_pixels.h"
@@ -17,29 +15,7 @@
 #include "imaging/operations/medians/fast_noise.h"
 #include "imaging/operations/medians/median.h"
 #include "tests/imaging/imaging_test.h"
-
-namespace {
-
-constexpr int kEnough = std::numeric_limits<int>::max();
-int g_blocksLeft = kEnough;
-
-void* NewBlock(size_t bytes) {
-  if (g_blocksLeft == 0) return nullptr;
-  if (g_blocksLeft != kEnough) --g_blocksLeft;
-  return std::malloc(bytes == 0 ? 1 : bytes);
-}
-
-}  // namespace
-
-void* operator new(size_t bytes) {
-  void* block = NewBlock(bytes);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-void* operator new(size_t bytes, const std::nothrow_t&) noexcept { return NewBlock(bytes); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, size_t) noexcept { std::free(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
+#include "tests/support/scarce_memory.h"
 
 namespace zyr {
 namespace {
