@@ -11,6 +11,7 @@ namespace zyr {
 namespace {
 
 PhraseLookup g_lookup = nullptr;
+PhraseWitness g_witness = nullptr;
 
 // What a directive takes: a width, a precision, and a value of this length and conversion.
 using Taken = std::tuple<bool, bool, FormatDirective::Length, char>;
@@ -35,8 +36,11 @@ std::optional<std::vector<Taken>> TakenArguments(std::string_view format) {
 
 void SetPhraseLookup(PhraseLookup lookup) { g_lookup = lookup; }
 
+void SetPhraseWitness(PhraseWitness witness) { g_witness = witness; }
+
 std::string GetPhrase(const char* text) {
   if (text == nullptr) return {};
+  if (g_witness != nullptr) g_witness(text);
   return g_lookup != nullptr ? g_lookup(text) : text;
 }
 

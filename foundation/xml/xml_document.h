@@ -14,9 +14,15 @@ namespace zyr {
 // The XML declaration and the document type.
 class XmlProlog {
  public:
+  // The document type as XML text, if there is one. The indent is that of comments and
+  // instructions.
+  virtual void Write(BufferedFile* file, uint32_t indent) const;
+  virtual void Write(std::string* text, uint32_t indent) const;
   virtual ~XmlProlog() = default;
   // Leaves version, encoding and standalone as they are.
   virtual void Clear();
+  virtual void Dump(std::string* text, uint32_t indent) const;
+  void Print(const XmlTarget& target, uint32_t indent) const;
 
   std::string typeName;  // the name behind "<!DOCTYPE"
   std::string publicId;
@@ -64,6 +70,15 @@ class XmlDocument {
   // null if there is none.
   virtual XmlElement* FindElement(std::string_view name) const;
 
+  // Appends the document as XML text. False, and nothing written, without a target and for a
+  // document type that is not named exactly like the root. An error of the file is not noticed
+  // here.
+  virtual bool Write(BufferedFile* file) const;
+  // Replaces the file, lines ending in CR LF. False if it cannot be opened, or as Write(): then it
+  // is left empty.
+  virtual bool SaveFile(const std::string& path) const;
+  virtual bool Write(std::string* text) const;
+
   // A node that knows its document and parent but is in no list yet: the caller puts it there.
   virtual std::unique_ptr<XmlElement> CreateElement(XmlNode* parent);
   virtual std::unique_ptr<XmlText> CreateText(XmlNode* parent);
@@ -73,6 +88,9 @@ class XmlDocument {
   virtual std::unique_ptr<XmlEntityReference> CreateEntityReference(XmlNode* parent);
   virtual std::unique_ptr<XmlCDataSection> CreateCDataSection(XmlNode* parent);
   virtual std::unique_ptr<XmlNameList> CreateNameList(XmlNode* parent);
+
+  // Appends a listing of all that the document holds.
+  virtual void Dump(std::string* text, uint32_t indent) const;
 
   XmlProlog prolog;
   std::unique_ptr<XmlElement> root;  // null if there is none
@@ -86,6 +104,7 @@ class XmlDocument {
   std::unique_ptr<XmlComment> MakeComment(std::string_view text);
   std::unique_ptr<XmlProcessingInstruction> MakeInstruction(std::string_view target,
                                                             std::string_view data);
+  bool Print(const XmlTarget& target) const;
 };
 
 }  // namespace zyr

@@ -28,9 +28,12 @@ XmlNode* FindByName(const NodeList& nodes, std::string_view name) {
 
 std::string XmlNodeTypeName(uint32_t type) {
   static constexpr const char* kNames[] = {
-      "NULL",         "Element",         "Attribute",    "Text",
-      "CDATASection", "EntityReference", "Entity",       "ProcessingInstruction",
-      "Comment",      "Document",        "DocumentType", "Notation",
+      PhraseKey("NULL"),         PhraseKey("Element"),
+      PhraseKey("Attribute"),    PhraseKey("Text"),
+      PhraseKey("CDATASection"), PhraseKey("EntityReference"),
+      PhraseKey("Entity"),       PhraseKey("ProcessingInstruction"),
+      PhraseKey("Comment"),      PhraseKey("Document"),
+      PhraseKey("DocumentType"), PhraseKey("Notation"),
   };
   if (type < std::size(kNames)) return GetPhrase(kNames[type]);
   return FormatText(GetFormatPhrase("Unknown Node Type %lu").c_str(), Lu(type));

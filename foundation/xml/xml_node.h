@@ -11,9 +11,11 @@
 
 namespace zyr {
 
+class BufferedFile;
 class XmlAttribute;
 class XmlDocument;
 class XmlElement;
+class XmlTarget;
 
 enum XmlNodeType : uint32_t {
   kXmlNull = 0,  // a cleared node
@@ -36,8 +38,8 @@ enum XmlNodeType : uint32_t {
 std::string XmlNodeTypeName(uint32_t type);
 
 // Owns its attributes and children. Returned pointers stay the node's, and null means that there is
-// no such node. Trees may be as deep as the stack lets them be destroyed; the parser keeps to
-// kMaxXmlDepth.
+// no such node. Trees may be as deep as the stack lets them be printed and destroyed; the parser
+// keeps to kMaxXmlDepth.
 class XmlNode {
  public:
   explicit XmlNode(uint32_t nodeType) : type(nodeType) {}
@@ -82,6 +84,16 @@ class XmlNode {
   // Makes any text a legal name. One without a visible character becomes "_" and the present time.
   virtual void SetName(std::string_view text);
 
+  // Appends the node as XML text, as it would stand in a document, `indent` blanks from the left.
+  // No value is escaped, and references are left out: the parser may not get back the same tree, or
+  // any. Nothing happens without a target.
+  virtual void Write(BufferedFile* file, uint32_t indent) const;
+  virtual void Write(std::string* text, uint32_t indent) const;
+  // Appends a listing of the node with all that it holds.
+  virtual void Dump(std::string* text, uint32_t indent) const;
+  // What both Write() print: by itself nothing.
+  virtual void Print(const XmlTarget& target, uint32_t indent) const;
+
   uint32_t type;
   std::string name;   // tag of an element, name of an attribute, target of an instruction
   std::string value;  // of an attribute, a text, a comment, a section, a reference; an
@@ -100,21 +112,28 @@ class XmlElement : public XmlNode {
   // visit many.
   virtual XmlElement* GetChildElement(size_t index) const;
   virtual size_t GetChildElementCount() const;
+  void Print(const XmlTarget& target, uint32_t indent) const override;
 };
 
 class XmlAttribute : public XmlNode {
  public:
   XmlAttribute() : XmlNode(kXmlAttribute) {}
+
+  void Print(const XmlTarget& target, uint32_t indent) const override;
 };
 
 class XmlText : public XmlNode {
  public:
   XmlText() : XmlNode(kXmlText) {}
+
+  void Print(const XmlTarget& target, uint32_t indent) const override;
 };
 
 class XmlCDataSection : public XmlNode {
  public:
   XmlCDataSection() : XmlNode(kXmlCDataSection) {}
+
+  void Print(const XmlTarget& target, uint32_t indent) const override;
 };
 
 // Stands where the text has a reference; it is never resolved. The value is "amp" for "&amp;" and
@@ -127,11 +146,15 @@ class XmlEntityReference : public XmlNode {
 class XmlProcessingInstruction : public XmlNode {
  public:
   XmlProcessingInstruction() : XmlNode(kXmlProcessingInstruction) {}
+
+  void Print(const XmlTarget& target, uint32_t indent) const override;
 };
 
 class XmlComment : public XmlNode {
  public:
   XmlComment() : XmlNode(kXmlComment) {}
+
+  void Print(const XmlTarget& target, uint32_t indent) const override;
 };
 
 class XmlNameList : public XmlNode {

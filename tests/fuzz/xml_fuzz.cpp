@@ -1,5 +1,5 @@
 // An XML text of any content, as a whole and as an internal subset: it is parsed or refused, and
-// what the tree holds is what the parser promises.
+// what the tree holds is what the parser promises. Written and parsed again, it is the same tree.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -48,6 +48,62 @@ void CheckOutside(const XmlDocument& document, const Nodes& nodes) {
   for (const auto& node : nodes) CheckNode(document, nullptr, *node);
 }
 
+bool HoldsDoubleQuote(const XmlProlog& prolog) {
+  const std::string values = prolog.version + prolog.encoding + prolog.standalone + prolog.systemId;
+  return values.find('"') != std::string::npos;
+}
+
+bool AnyNode(const XmlNode& node, bool (*holds)(const XmlNode&)) {
+  const auto inAny = [&](const auto& nodes) {
+    for (const auto& each : nodes) {
+      if (AnyNode(*each, holds)) return true;
+    }
+    return false;
+  };
+  return holds(node) || inAny(node.attributes) || inAny(node.children);
+}
+
+bool HoldsDoubleQuote(const XmlNode& node) {
+  return node.IsAttribute() && node.value.find('"') != std::string::npos;
+}
+
+bool IsReference(const XmlNode& node) { return node.IsEntityReference(); }
+
+std::string Written(const XmlDocument& document) {
+  std::string text;
+  Require(document.Write(&text));
+  return text;
+}
+
+std::string Dumped(const XmlDocument& document) {
+  std::string text;
+  document.Dump(&text, 0);
+  return text;
+}
+
+// Values between double quotes must not hold one, and a public identifier is not written as it is
+// read. Without references, the same tree comes back.
+void TryWriting(const XmlDocument& document) {
+  const XmlProlog& prolog = document.prolog;
+  const XmlElement& root = *document.GetRoot();
+  const std::string dump = Dumped(document);
+  if (!prolog.typeName.empty() && prolog.typeName != root.name) {
+    std::string text;
+    Require(!document.Write(&text) && text.empty());
+    return;
+  }
+  std::string text = Written(document);
+  if (HoldsDoubleQuote(prolog) || AnyNode(root, HoldsDoubleQuote) || !prolog.publicId.empty()) {
+    return;
+  }
+  MemoryStream stream;
+  stream.Attach(text.data(), text.size(), false);
+  XmlDocument again;
+  Require(XmlParser().Parse(&stream, &again, 1) && stream.Tell() == text.size());
+  if (AnyNode(root, IsReference)) return;
+  Require(Written(again) == text && Dumped(again) == dump);
+}
+
 void TryText(std::string text, uint32_t prologRequired) {
   MemoryStream stream;
   stream.Attach(text.data(), text.size(), false);
@@ -65,6 +121,7 @@ void TryText(std::string text, uint32_t prologRequired) {
   CheckNode(document, nullptr, *root);
   Require(document.FindElement(root->name) == root);
   Require(root->GetChildElement(root->GetChildElementCount()) == nullptr);
+  TryWriting(document);
 }
 
 }  // namespace
