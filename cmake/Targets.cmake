@@ -89,7 +89,7 @@ endfunction()
 function(zyr_add_resources target)
   # windres tells no dependencies: every part counts as one of every script.
   file(GLOB_RECURSE parts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*)
-  list(FILTER parts EXCLUDE REGEX "\\.rc$")
+  list(FILTER parts EXCLUDE REGEX "\\.rc$|/languages/")
   set_source_files_properties(${resource_scripts} PROPERTIES OBJECT_DEPENDS "${parts}")
   target_sources(${target} PRIVATE ${resource_scripts})
 endfunction()

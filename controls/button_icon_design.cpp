@@ -215,15 +215,6 @@ bool IsLight(COLORREF color) {
   return GetRValue(color) * 3 + GetGValue(color) * 6 + GetBValue(color) > 1280;
 }
 
-// Users who have chosen colours of strong contrast get theirs.
-bool ColorsAreTheUsers() {
-  HIGHCONTRASTA contrast = {};
-  contrast.cbSize = sizeof contrast;
-  return (SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
-          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0) ||
-         !IsLight(GetSysColor(COLOR_BTNFACE));
-}
-
 COLORREF ColorOf(Accent accent) {
   return accent == Accent::kRed ? RGB(0xBE, 0x3B, 0x35) : RGB(0x2F, 0x6F, 0xB3);
 }
@@ -234,6 +225,14 @@ uint32_t Paler(uint32_t pixel) {
 }
 
 }  // namespace
+
+bool ColorsAreTheUsers() {
+  HIGHCONTRASTA contrast = {};
+  contrast.cbSize = sizeof contrast;
+  return (SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
+          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0) ||
+         !IsLight(GetSysColor(COLOR_BTNFACE));
+}
 
 std::vector<uint32_t> DrawButtonIcon(ButtonIcon icon, int size, bool enabled) {
   const Design design = DesignOf(icon);

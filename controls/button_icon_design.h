@@ -12,4 +12,7 @@ namespace zyr {
 // buttons.
 std::vector<uint32_t> DrawButtonIcon(ButtonIcon icon, int size, bool enabled);
 
+// Whether the user has chosen colours that pictures have to keep to.
+bool ColorsAreTheUsers();
+
 }  // namespace zyr

@@ -13,14 +13,6 @@ void TranslateCaption(HWND window) {
   if (translated != caption) SetWindowTextA(window, translated.c_str());
 }
 
-// The part of the window's screen that belongs to windows.
-RECT WorkAreaOf(HWND window) {
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
-}
-
 // No larger than the screen, nor beyond its edges.
 void CenterIn(const RECT& area, HWND window, const RECT& screen) {
   RECT outer;
@@ -49,6 +41,17 @@ std::string WindowText(HWND window) {
   return text;
 }
 
+int WindowHeight(HWND window) {
+  RECT area = {};
+  GetWindowRect(window, &area);
+  return static_cast<int>(area.bottom - area.top);
+}
+
+void PlaceWindow(HWND window, int left, int top, int width, int height) {
+  SetWindowPos(window, nullptr, left, top, std::max(width, 0), std::max(height, 0),
+               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+}
+
 void MoveFocusTo(HWND control) {
   SendMessageA(GetParent(control), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
@@ -59,6 +62,24 @@ void TranslateCaptions(HWND dialog) {
        control = GetWindow(control, GW_HWNDNEXT)) {
     TranslateCaption(control);
   }
+}
+
+RECT WorkAreaOf(HWND window) {
+  MONITORINFO monitor = {};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
+}
+
+SIZE WithFrameOnScreen(HWND window, SIZE client) {
+  RECT outer;
+  RECT inner;
+  GetWindowRect(window, &outer);
+  GetClientRect(window, &inner);
+  const RECT screen = WorkAreaOf(window);
+  return {
+      std::min(client.cx + outer.right - outer.left - inner.right, screen.right - screen.left),
+      std::min(client.cy + outer.bottom - outer.top - inner.bottom, screen.bottom - screen.top)};
 }
 
 void CenterOnScreen(HWND window, HWND owner) {

@@ -14,12 +14,21 @@ namespace zyr {
 HWND UsableOwner(platform::Window owner);
 
 std::string WindowText(HWND window);
+int WindowHeight(HWND window);
+// Anew, with nothing kept of what was painted: in another width texts break into other lines.
+// Sizes below nothing are nothing.
+void PlaceWindow(HWND window, int left, int top, int width, int height);
 
 // Gives a control of a dialog the keyboard, and a button the looks of the one that Enter presses.
 void MoveFocusTo(HWND control);
 
 // Puts translations in the place of the captions of a dialog and its controls.
 void TranslateCaptions(HWND dialog);
+
+// The part of the window's screen that belongs to windows.
+RECT WorkAreaOf(HWND window);
+// `client`, with the window's frame, as far as that screen has room for it.
+SIZE WithFrameOnScreen(HWND window, SIZE client);
 
 // In the middle of the owner's screen, or of its own without one, and no larger than that.
 void CenterOnScreen(HWND window, HWND owner);

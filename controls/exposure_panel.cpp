@@ -231,21 +231,12 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   return DefWindowProcA(window, message, wParam, lParam);
 }
 
-// Two dialogs can be there for a moment, one of them on its way out.
-std::shared_ptr<const WindowClass> SharedClass() {
-  static std::weak_ptr<const WindowClass> shared;
-  std::shared_ptr<const WindowClass> used = shared.lock();
-  if (used == nullptr) {
-    used = std::make_shared<const WindowClass>(EXPOSURE_PANEL_CLASS, Procedure);
-    shared = used;
-  }
-  return used;
-}
-
 }  // namespace
 
 struct ExposurePanel::Impl {
-  std::shared_ptr<const WindowClass> windowClass = SharedClass();
+  // Two dialogs can be there for a moment, one of them on its way out.
+  std::shared_ptr<const WindowClass> windowClass =
+      SharedWindowClass(EXPOSURE_PANEL_CLASS, Procedure);
   HWND window = nullptr;
 };
 

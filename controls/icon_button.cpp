@@ -3,11 +3,11 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 
 #include "controls/button_icon_design.h"
 #include "controls/dialog_font.h"
+#include "controls/pixel_icon.h"
 
 namespace zyr {
 namespace {
@@ -15,44 +15,14 @@ namespace {
 constexpr int kIconSize = 18;  // pixels of a plain screen
 constexpr int kGap = 7;        // around it
 
-struct BitmapDeleter {
-  using pointer = HBITMAP;
-  void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
-};
-using Bitmap = std::unique_ptr<HBITMAP, BitmapDeleter>;
-
-struct IconDeleter {
-  using pointer = HICON;
-  void operator()(HICON icon) const { DestroyIcon(icon); }
-};
-using Icon = std::unique_ptr<HICON, IconDeleter>;
-
 struct ImageListDeleter {
   using pointer = HIMAGELIST;
   void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
 };
 using ImageList = std::unique_ptr<HIMAGELIST, ImageListDeleter>;
 
-Bitmap ColorBitmap(const std::vector<uint32_t>& pixels, int size) {
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = size;
-  info.bmiHeader.biHeight = -size;  // first row on top
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  void* bits = nullptr;
-  Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (bitmap != nullptr) std::memcpy(bits, pixels.data(), pixels.size() * sizeof(uint32_t));
-  return bitmap;
-}
-
-// An icon, for everywhere it is known that its colours are not multiplied by its opacity.
 Icon IconOf(ButtonIcon design, int size, bool enabled) {
-  const Bitmap color = ColorBitmap(DrawButtonIcon(design, size, enabled), size);
-  const std::vector<uint8_t> opaque((static_cast<size_t>(size) + 15) / 16 * 2 * size);
-  const Bitmap mask(CreateBitmap(size, size, 1, 1, opaque.data()));
-  ICONINFO info = {TRUE, 0, 0, mask.get(), color.get()};
-  return Icon(CreateIconIndirect(&info));
+  return IconFromPixels(DrawButtonIcon(design, size, enabled), size);
 }
 
 // One picture for each state of a button, in the order of the theme's states.

@@ -31,18 +31,8 @@ int TextHeight(HDC dc, HFONT font, const std::string& text, int width) {
 
 }  // namespace
 
-std::shared_ptr<const WindowClass> StatusList::SharedClass() {
-  static std::weak_ptr<const WindowClass> shared;
-  std::shared_ptr<const WindowClass> used = shared.lock();
-  if (used == nullptr) {
-    used = std::make_shared<const WindowClass>(STATUS_LIST_CLASS, Procedure);
-    shared = used;
-  }
-  return used;
-}
-
 StatusList::StatusList()
-    : class_(SharedClass()),
+    : class_(SharedWindowClass(STATUS_LIST_CLASS, Procedure)),
       font_(MessageFont()),
       boldFont_(BoldMessageFont()),
       metrics_{Scaled(14), Scaled(32), Scaled(14), Scaled(3)} {}

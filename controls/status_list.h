@@ -51,7 +51,6 @@ class StatusList {
     int titleGap;
   };
 
-  static std::shared_ptr<const WindowClass> SharedClass();
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
 

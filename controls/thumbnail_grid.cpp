@@ -57,7 +57,7 @@ std::optional<GridMove> MoveOf(WPARAM key) {
 // comes last, or looks afterwards at what is left.
 class GridWindow : public std::enable_shared_from_this<GridWindow> {
  public:
-  GridWindow() : class_(SharedClass()) {}
+  GridWindow() : class_(SharedWindowClass(THUMBNAIL_GRID_CLASS, Procedure, CS_DBLCLKS)) {}
 
   void Attach(HWND window, ThumbnailSource* source);
   void Detach();
@@ -65,7 +65,6 @@ class GridWindow : public std::enable_shared_from_this<GridWindow> {
   void Refresh();
 
  private:
-  static std::shared_ptr<const WindowClass> SharedClass();
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -111,16 +110,6 @@ class GridWindow : public std::enable_shared_from_this<GridWindow> {
   bool asking_ = false;
   bool resizing_ = false;  // and pictures of the former size are there
 };
-
-std::shared_ptr<const WindowClass> GridWindow::SharedClass() {
-  static std::weak_ptr<const WindowClass> shared;
-  std::shared_ptr<const WindowClass> used = shared.lock();
-  if (used == nullptr) {
-    used = std::make_shared<const WindowClass>(THUMBNAIL_GRID_CLASS, Procedure, CS_DBLCLKS);
-    shared = used;
-  }
-  return used;
-}
 
 void GridWindow::Attach(HWND window, ThumbnailSource* source) {
   window_ = window;

@@ -97,8 +97,8 @@ std::string ThumbnailLayout::Caption(size_t topRow) const {
   const size_t first = FirstInView(topRow) + 1;
   const size_t last = EndInView(topRow);
   if (count == 0) return GetPhrase("<No Images>");
-  if (first == last) return Formatted("Item %lu of %lu", first, count);
-  return Formatted("Items %lu through %lu of %lu", first, last, count);
+  if (first == last) return Formatted(PhraseKey("Item %lu of %lu"), first, count);
+  return Formatted(PhraseKey("Items %lu through %lu of %lu"), first, last, count);
 }
 
 RECT FitInto(const RECT& box, SIZE picture) {

@@ -1,5 +1,8 @@
 #include "controls/window_class.h"
 
+#include <map>
+#include <string>
+
 #include "platform/resources.h"
 
 namespace zyr {
@@ -16,6 +19,18 @@ WindowClass::WindowClass(const char* name, WNDPROC procedure, UINT style) : name
 
 WindowClass::~WindowClass() {
   UnregisterClassA(name_, static_cast<HINSTANCE>(platform::OwnResources()));
+}
+
+std::shared_ptr<const WindowClass> SharedWindowClass(const char* name, WNDPROC procedure,
+                                                     UINT style) {
+  static std::map<std::string, std::weak_ptr<const WindowClass>> classes;
+  std::weak_ptr<const WindowClass>& shared = classes[name];
+  std::shared_ptr<const WindowClass> used = shared.lock();
+  if (used == nullptr) {
+    used = std::make_shared<const WindowClass>(name, procedure, style);
+    shared = used;
+  }
+  return used;
 }
 
 }  // namespace zyr

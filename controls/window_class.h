@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <memory>
+
 namespace zyr {
 
 // Registered while the object lives: Windows keeps a DLL's classes after the DLL is gone, with
@@ -17,5 +19,9 @@ class WindowClass {
  private:
   const char* name_;
 };
+
+// One object of a class for all who need it at the same time. User-interface thread only.
+std::shared_ptr<const WindowClass> SharedWindowClass(const char* name, WNDPROC procedure,
+                                                     UINT style = 0);
 
 }  // namespace zyr

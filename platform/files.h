@@ -46,6 +46,11 @@ std::optional<FileStatus> StatusOf(const std::string& path);
 // order in which the file system lists them.
 std::vector<std::string> ListFiles(const std::string& directory, const std::string& pattern);
 
+// Names of the directories in `directory` that users see and that this interface can reach: not
+// hidden or the system's own, and without characters outside the code page. Sorted without regard
+// to case. Null if the directory cannot be read; an empty drive brings up no box of the system.
+std::optional<std::vector<std::string>> ListDirectories(const std::string& directory);
+
 // One level; true if the directory exists afterwards.
 bool MakeDirectory(const std::string& path);
 bool RemoveFile(const std::string& path);

@@ -3,7 +3,7 @@
 # not on every Windows since 7.
 set -euo pipefail
 
-allowed=' advapi32 comctl32 comdlg32 gdi32 kernel32 msimg32 msvcrt ole32 oleaut32 setupapi shell32 user32 version winmm ws2_32 '
+allowed=' advapi32 bcrypt comctl32 comdlg32 gdi32 kernel32 msimg32 msvcrt ole32 oleaut32 setupapi shell32 user32 version winmm ws2_32 '
 
 dump=$("$1" -p "$2")
 # Rows of the "[Ordinal/Name Pointer] Table", as in "	[   0] DS_Entry".

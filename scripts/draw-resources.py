@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws resources/stamp.bmp and resources/exposure.wav.
+"""Draws resources/stamp.bmp, resources/new_folder.bmp and resources/exposure.wav.
 
 What it makes is committed, and no build runs it: run it, without arguments, after changing it. It always makes the same
 bytes.
@@ -19,6 +19,16 @@ LETTERS = (
     ((1, 1.5), (12, 1.5), (1.5, 14.5), (12, 14.5)),
     ((1.5, 1), (6.5, 8), (6.5, 15), (6.5, 8), (11.5, 1)),
     ((1.5, 15), (1.5, 1.5), (7.5, 1.5), (10, 2.5), (11, 5), (10, 7.5), (7.5, 8.5), (1.5, 8.5), (6.5, 8.5), (11, 15)),
+)
+
+# A folder and a plus on 18 units, four pixels each: all sizes of a button's picture are taken from this one. Lines lie a
+# quarter off the half units, so that at 18 pixels one of their edges falls between two of them.
+FOLDER_UNITS, PIXELS_PER_UNIT = 18, 4
+FOLDER_STROKE = 0.75
+FOLDER_LAYERS = (
+    ((0x3C, 0x3C, 0x3C), ((9.25, 14.25), (1.75, 14.25), (1.75, 3.75), (6.75, 3.75), (8.75, 5.75), (15.75, 5.75), (15.75, 8.25))),
+    ((0x2F, 0x6F, 0xB3), ((13.25, 10.25), (13.25, 16.25))),
+    ((0x2F, 0x6F, 0xB3), ((10.25, 13.25), (16.25, 13.25))),
 )
 
 RATE = 22050  # samples a second
@@ -60,6 +70,26 @@ def stamp():
     return struct.pack("<2sIHHI", b"BM", offset + len(rows), 0, 0, offset) + info + palette + rows
 
 
+def folder_pixel(x, y):
+    """Blue, green, red and opacity where the point, in units, is."""
+    pixel = (0, 0, 0, 0)
+    for (red, green, blue), points in FOLDER_LAYERS:
+        away = min(distance(x, y, a, b) for a, b in zip(points, points[1:])) - FOLDER_STROKE
+        opacity = min(max(0.5 - away * PIXELS_PER_UNIT, 0.0), 1.0)
+        if opacity * 255 > pixel[3]:
+            pixel = (blue, green, red, round(opacity * 255))
+    return bytes(pixel)
+
+
+def new_folder():
+    """A bitmap of 32 bits with opacity, bottom row first."""
+    side = FOLDER_UNITS * PIXELS_PER_UNIT
+    at = [(i + 0.5) / PIXELS_PER_UNIT for i in range(side)]
+    rows = b"".join(folder_pixel(x, y) for y in reversed(at) for x in at)
+    info = struct.pack("<IiiHHIIiiII", 40, side, side, 1, 32, 0, len(rows), 0, 0, 0, 0)
+    return struct.pack("<2sIHHI", b"BM", 14 + len(info) + len(rows), 0, 0, 14 + len(info)) + info + rows
+
+
 def sound(time):
     level = 0.0
     for begin, hertz, strength in TONES:
@@ -81,6 +111,8 @@ def chime():
 def main():
     with open(os.path.join(RESOURCES, "stamp.bmp"), "wb") as file:
         file.write(stamp())
+    with open(os.path.join(RESOURCES, "new_folder.bmp"), "wb") as file:
+        file.write(new_folder())
     with wave.open(os.path.join(RESOURCES, "exposure.wav"), "wb") as file:
         file.setnchannels(1)
         file.setsampwidth(2)

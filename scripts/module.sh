@@ -13,12 +13,11 @@ install_module() {
   mkdir -p "$twain/ZYR/Languages"
   cp "$3/ZYRTWAIN.ds" "$twain/ZYR/ZYRTWAIN.ds"
   cp "$3/ZYRTWAIN.ds" "$twain/sane.ds"
+  cp "$3/ZYRTWAIN.CHM" "$twain/ZYR/ZYRTWAIN.CHM"
   # The module looks beside itself, and for its installation in ZYR.
   cp "$ZYR_ROOT/resources/Settings.XML" "$twain/ZYR/Settings.XML"
   cp "$ZYR_ROOT/resources/Settings.XML" "$twain/Settings.XML"
-  if [ -d "$ZYR_ROOT/resources/Languages" ]; then
-    cp "$ZYR_ROOT"/resources/Languages/* "$twain/ZYR/Languages/"
-  fi
+  find "$3/Languages" -name '*.Phrases' -exec cp {} "$twain/ZYR/Languages/" \;
 }
 
 # module_settings ARCH PREFIX NAME=VALUE...: stores settings of the module, all by one call into the running session.

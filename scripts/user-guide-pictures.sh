@@ -12,7 +12,7 @@ bin=$ZYR_BUILD/x64/bin
 prefix=$ZYR_WINE/user-guide
 pictures=$ZYR_ROOT/docs/user-guide/pictures
 where=(x64 "$prefix" "$bin")
-image_title="Image Display" image_viewer=2132 adjust=32776 brightness=1013
+ok=1 image_title="Image Display" image_viewer=2132 adjust=32776 brightness=1013
 adjust_title="Adjust Gamma, Brightness, Contrast"
 
 start_prefix() {
@@ -72,6 +72,26 @@ look_at_image() {
   image press $cancel , gone
 }
 
+# The options: pages of each kind, and the windows that they lead to.
+look_at_options() {
+  local shown=(dialog --title "$options_title")
+  dialog press $options
+  "${shown[@]}" wait , size 740 460 , branch $options_tree 0/0 , is $options_tree 0/0
+  take options-twain "$options_title"
+  "${shown[@]}" branch $options_tree 0/1 , is $options_tree 0/1 , press "$(field 1 1 6)"
+  dialog --title "$path_title" wait , size 360 380
+  take options-path "$path_title"
+  dialog --title "$path_title" press $cancel , gone
+  "${shown[@]}" size 740 640 , branch $options_tree 1/1 , is $options_tree 1/1
+  take options-processing "$options_title"
+  "${shown[@]}" size 740 460 , branch $options_tree 3/0
+  take options-password "$password_title"
+  dialog --title "$password_title" type $password correct-horse , type $password_again correct-horse , press $ok , gone
+  "${shown[@]}" is $options_tree 3/0
+  take options-hardware "$options_title"
+  "${shown[@]}" press $cancel , gone
+}
+
 take_pictures() {
   dialog size 680 520
   take idle
@@ -94,7 +114,8 @@ take_pictures() {
   zyrsim "${where[@]}" plug 303 C --instance 0002
   dialog press $select_sensor
   take sensors "Select A Sensor"
-  dialog --title "Select A Sensor" press $cancel
+  dialog --title "Select A Sensor" press $cancel , gone
+  look_at_options
   dialog press $cancel , gone
 }
 

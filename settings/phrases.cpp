@@ -16,10 +16,11 @@
 namespace zyr {
 namespace {
 
-constexpr char kAmericanEnglish[] = "American_English";
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
 constexpr size_t kLongestPiece = 2047;
 constexpr size_t kReadBufferSize = 16384;
+// A hundred times and more what all texts of the system take.
+constexpr int64_t kLargestFile = 16 << 20;
 
 std::string_view Trimmed(std::string_view text) {
   const size_t start = text.find_first_not_of(kBlanks);
@@ -28,7 +29,7 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 std::string FirstWord(std::string_view line) {
-  const std::string_view text = Trimmed(line);
+  const std::string_view text = Trimmed(line.substr(0, line.find('\0')));
   return std::string(text.substr(0, text.find_first_of(kBlanks)));
 }
 
@@ -69,31 +70,37 @@ struct InstalledTable {
 
 }  // namespace
 
-PhraseTable::PhraseTable() : languageName_(kAmericanEnglish) {}
-
-std::string PhraseTable::Translate(const char* text) {
+std::string PhraseTable::Translate(const char* text) const {
   if (text == nullptr || *text == '\0') return {};
-  if (testMode_) return std::string(std::strlen(text), 'x');
-  if (provider_ != nullptr) {
+  std::unique_lock lock(mutex_);
+  if (contents_.testMode) return std::string(std::strlen(text), 'x');
+  if (const Provider provider = contents_.provider; provider != nullptr) {
+    lock.unlock();
     std::array<char, kProviderBufferSize> buffer{};
-    provider_(text, buffer.data(), buffer.size());
+    provider(text, buffer.data(), buffer.size());
     return std::string(buffer.begin(), std::find(buffer.begin(), buffer.end(), '\0'));
   }
-  if (loaded_) {
-    const auto found = phrases_.find(text);
-    if (found != phrases_.end()) return found->second;
+  if (contents_.loaded) {
+    const auto found = contents_.phrases.find(text);
+    if (found != contents_.phrases.end()) return found->second;
   }
   return text;
 }
 
 bool PhraseTable::Load(const std::string& path) {
-  Reset();
-  if (path.empty()) return true;
+  Contents contents;
+  const bool read = path.empty() || Read(path, &contents);
+  Replace(std::move(contents));
+  return read;
+}
+
+bool PhraseTable::Read(const std::string& path, Contents* contents) {
   BufferedFile file(kReadBufferSize);
   std::string line;
-  if (!file.OpenTextRead(path) || !file.ReadLine(&line, kLongestPiece)) return false;
+  if (!file.OpenTextRead(path) || file.Length() > kLargestFile) return false;
+  if (!file.ReadLine(&line, kLongestPiece)) return false;
   const std::string name = FirstWord(line);
-  if (!name.empty()) languageName_ = name;
+  if (!name.empty()) contents->languageName = name;
 
   while (file.ReadLine(&line, kLongestPiece)) {
     std::string_view rest = Trimmed(line);
@@ -101,23 +108,34 @@ bool PhraseTable::Load(const std::string& path) {
     std::optional<std::string> key = TakeQuoted(&rest);
     std::optional<std::string> translation = TakeQuoted(&rest);
     if (!key || !translation) break;
-    phrases_.insert_or_assign(std::move(*key), std::move(*translation));
+    contents->phrases.insert_or_assign(std::move(*key), std::move(*translation));
   }
-  loaded_ = true;
-  fileName_ = path;
+  contents->loaded = true;
+  contents->fileName = path;
   return true;
 }
 
-void PhraseTable::Reset() {
-  loaded_ = false;
-  testMode_ = false;
-  provider_ = nullptr;
-  fileName_.clear();
-  languageName_ = kAmericanEnglish;
-  phrases_.clear();
+void PhraseTable::Reset() { Replace({}); }
+
+// What was there is freed when the lock is gone.
+void PhraseTable::Replace(Contents contents) {
+  const std::lock_guard lock(mutex_);
+  std::swap(contents_, contents);
 }
 
-bool PhraseTable::IsActive() const { return testMode_ || loaded_ || provider_ != nullptr; }
+void PhraseTable::SetTestMode(bool on) {
+  const std::lock_guard lock(mutex_);
+  contents_.testMode = on;
+}
+
+void PhraseTable::SetProvider(Provider provider) {
+  const std::lock_guard lock(mutex_);
+  contents_.provider = provider;
+}
+
+bool PhraseTable::IsActive() const {
+  return contents_.testMode || contents_.loaded || contents_.provider != nullptr;
+}
 
 PhraseTable& Phrases() {
   static InstalledTable installed;

@@ -7,12 +7,13 @@
 #include "foundation/support/registry.h"
 #include "platform/ascii.h"
 #include "settings/placement.h"
+#include "settings/settings_key.h"
 
 namespace zyr {
 namespace {
 
-constexpr RootKey kRoot = RootKey::kLocalMachine;
-constexpr char kKey[] = "SOFTWARE\\ZYR\\TWAIN";
+constexpr RootKey kRoot = kSettingsRoot;
+constexpr const char* kKey = kSettingsKey;
 constexpr char kPlacement[] = "WinPlacement";
 constexpr char kWriteTest[] = "TESTWrite";
 constexpr char kFirstSystem[] = "ZYR2000";
@@ -134,10 +135,19 @@ std::string NameFor(const std::string& system, const char* name) {
 }
 
 template <typename T>
+T DefaultOfSystem(const SystemSetting<T>& setting, const std::string& system) {
+  return EqualIgnoringCase(system, kFirstSystem) ? setting.zyr2000Default : setting.otherDefault;
+}
+
+MaskFilterSetting DefaultOfSystem(const MaskFilterSettings& filter, const std::string& system) {
+  return {DefaultOfSystem(filter.enabled, system), DefaultOfSystem(filter.dimension, system),
+          DefaultOfSystem(filter.factor, system)};
+}
+
+template <typename T>
 T Get(const SystemSetting<T>& setting, const std::string& system) {
-  const bool isFirst = EqualIgnoringCase(system, kFirstSystem);
-  return ReadOr<T>(NameFor(system, setting.name),
-                   isFirst ? setting.zyr2000Default : setting.otherDefault, setting.whenMissing);
+  return ReadOr<T>(NameFor(system, setting.name), DefaultOfSystem(setting, system),
+                   setting.whenMissing);
 }
 
 template <typename T>
@@ -270,6 +280,20 @@ bool SetBinning(const std::string& system, bool value) { return Set(kBinning, sy
 bool GetExtendedFlush(const std::string& system) { return Get(kExtendedFlush, system); }
 bool SetExtendedFlush(const std::string& system, bool value) {
   return Set(kExtendedFlush, system, value);
+}
+
+SystemDefaults DefaultsOf(const std::string& system) {
+  const auto of = [&](const auto& setting) { return DefaultOfSystem(setting, system); };
+  return {{of(kBrightness), of(kContrast), of(kGamma)},
+          of(kMedian),
+          of(kSharpening),
+          of(kLaplace),
+          of(kSmoothing),
+          of(kSensitivity),
+          of(kThreshold),
+          of(kIntegrationTime),
+          of(kBinning),
+          of(kExtendedFlush)};
 }
 
 }  // namespace zyr

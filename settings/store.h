@@ -103,4 +103,19 @@ bool SetBinning(const std::string& system, bool value);
 bool GetExtendedFlush(const std::string& system);
 bool SetExtendedFlush(const std::string& system, bool value);
 
+// What the getters of a sensor family give where nothing is stored.
+struct SystemDefaults {
+  ImageAdjustment adjustment;
+  uint32_t median = 0;
+  MaskFilterSetting sharpening;
+  MaskFilterSetting laplace;
+  MaskFilterSetting smoothing;
+  uint32_t sensitivity = 0;
+  uint32_t threshold = 0;
+  uint32_t integrationTime = 0;  // milliseconds
+  bool binning = false;
+  bool extendedFlush = false;
+};
+SystemDefaults DefaultsOf(const std::string& system);
+
 }  // namespace zyr

@@ -15,10 +15,12 @@ namespace zyr {
 namespace {
 
 // Some texts below name another triplet than the one that they serve, and are meant to.
-constexpr char kNativeFailure[] = "General failure in response to DAT_IMAGENATIVEXFER.";
-constexpr char kImageInfoFailure[] = "General failure in response to DAT_IMAGEINFO.";
-constexpr char kPaletteFailure[] = "General failure in response to DAT_PALETTE8.";
-constexpr char kNoImages[] = "No images were available";
+constexpr const char* kNativeFailure =
+    PhraseKey("General failure in response to DAT_IMAGENATIVEXFER.");
+constexpr const char* kImageInfoFailure =
+    PhraseKey("General failure in response to DAT_IMAGEINFO.");
+constexpr const char* kPaletteFailure = PhraseKey("General failure in response to DAT_PALETTE8.");
+constexpr const char* kNoImages = PhraseKey("No images were available");
 
 bool IsReading(TW_UINT16 message) {
   return message == MSG_GET || message == MSG_GETCURRENT || message == MSG_GETDEFAULT;
@@ -220,7 +222,7 @@ TW_UINT16 ZyrTwainSource::TransferStrip(const Triplet& triplet) {
   const bool copied = image->CopyToMemoryBuffer(&strip, &memXOffset_, &memYOffset_, &done, terms);
   StoreStrip(strip, transfer);
   if (!copied) {
-    constexpr char kCopyFailure[] = "Unable to copy data to buffer";
+    constexpr const char* kCopyFailure = PhraseKey("Unable to copy data to buffer");
     return FailLogged(kCopyFailure, TWCC_OPERATIONERROR, kCopyFailure);
   }
   underWay_ = image;

@@ -116,56 +116,71 @@ constexpr Name kCapabilities[] = {
 // clang-format on
 #undef ZYR_NAME
 
-constexpr Name kContainerTypes[] = {{TWON_ARRAY, "Array"},
-                                    {TWON_ENUMERATION, "Enumeration"},
-                                    {TWON_ONEVALUE, "OneValue"},
-                                    {TWON_RANGE, "Range"}};
+constexpr Name kContainerTypes[] = {{TWON_ARRAY, PhraseKey("Array")},
+                                    {TWON_ENUMERATION, PhraseKey("Enumeration")},
+                                    {TWON_ONEVALUE, PhraseKey("OneValue")},
+                                    {TWON_RANGE, PhraseKey("Range")}};
 
 // Words for the values 0, 1, 2 and so on.
-constexpr const char* kBooleans[] = {"FALSE", "TRUE"};
-constexpr const char* kEnabled[] = {"Disabled", "Enabled"};
+constexpr const char* kBooleans[] = {PhraseKey("FALSE"), PhraseKey("TRUE")};
+constexpr const char* kEnabled[] = {PhraseKey("Disabled"), PhraseKey("Enabled")};
 // The wrong way round against the boolean; the settings listing has always read so.
-constexpr const char* kLampStates[] = {"On", "Off"};
-constexpr const char* kPixelFlavors[] = {"Chocolate", "Vanilla"};
-constexpr const char* kXferMechs[] = {"Native", "File", "Memory"};
-constexpr const char* kPlanarChunky[] = {"Chunky", "Planar"};
+constexpr const char* kLampStates[] = {PhraseKey("On"), PhraseKey("Off")};
+constexpr const char* kPixelFlavors[] = {PhraseKey("Chocolate"), PhraseKey("Vanilla")};
+constexpr const char* kXferMechs[] = {PhraseKey("Native"), PhraseKey("File"), PhraseKey("Memory")};
+constexpr const char* kPlanarChunky[] = {PhraseKey("Chunky"), PhraseKey("Planar")};
 constexpr const char* kCompressions[] = {
-    "None", "Packed Bits", "GROUP31D", "GROUP31DEOL", "GROUP32D", "GROUP4",   "JPEG",
-    "LZW",  "JBIG",        "PNG",      "RLE4",        "RLE8",     "BITFIELDS"};
-constexpr const char* kUnits[] = {"Inches", "Centimeters", "Picas", "Points", "Twips", "Pixels"};
-constexpr const char* kPixelTypes[] = {"Monochrome", "Grayscale", "RGB",  "Paletted", "CMY",
-                                       "CMYK",       "YUV",       "YUVK", "CIEXYZ"};
-constexpr const char* kBitOrders[] = {"LSB", "MSB"};
-constexpr const char* kImageFileFormats[] = {
-    "TIFF", "PICT", "BMP", "XBM", "JFIF", "FPX", "Multi-page TIFF", "PNG", "SPIFF", "EXIF"};
-constexpr const char* kLightPaths[] = {"Reflective", "Transmissive"};
+    PhraseKey("None"),        PhraseKey("Packed Bits"), PhraseKey("GROUP31D"),
+    PhraseKey("GROUP31DEOL"), PhraseKey("GROUP32D"),    PhraseKey("GROUP4"),
+    PhraseKey("JPEG"),        PhraseKey("LZW"),         PhraseKey("JBIG"),
+    PhraseKey("PNG"),         PhraseKey("RLE4"),        PhraseKey("RLE8"),
+    PhraseKey("BITFIELDS")};
+constexpr const char* kUnits[] = {PhraseKey("Inches"), PhraseKey("Centimeters"),
+                                  PhraseKey("Picas"),  PhraseKey("Points"),
+                                  PhraseKey("Twips"),  PhraseKey("Pixels")};
+constexpr const char* kPixelTypes[] = {
+    PhraseKey("Monochrome"), PhraseKey("Grayscale"), PhraseKey("RGB"),
+    PhraseKey("Paletted"),   PhraseKey("CMY"),       PhraseKey("CMYK"),
+    PhraseKey("YUV"),        PhraseKey("YUVK"),      PhraseKey("CIEXYZ")};
+constexpr const char* kBitOrders[] = {PhraseKey("LSB"), PhraseKey("MSB")};
+constexpr const char* kImageFileFormats[] = {PhraseKey("TIFF"),
+                                             PhraseKey("PICT"),
+                                             PhraseKey("BMP"),
+                                             PhraseKey("XBM"),
+                                             PhraseKey("JFIF"),
+                                             PhraseKey("FPX"),
+                                             PhraseKey("Multi-page TIFF"),
+                                             PhraseKey("PNG"),
+                                             PhraseKey("SPIFF"),
+                                             PhraseKey("EXIF")};
+constexpr const char* kLightPaths[] = {PhraseKey("Reflective"), PhraseKey("Transmissive")};
 
-constexpr const char* kUnknownSentence = "Unknown Error value in condition code.";
+constexpr const char* kUnknownSentence = PhraseKey("Unknown Error value in condition code.");
 constexpr const char* kSentences[] = {
-    "Success message from detailed error request ??",
-    "Failure due to unknown causes.",
-    "Low Memory Condition encountered, free up some memory and try again.",
-    "No Data Source found error.",
-    "Source is connected to max possible apps.",
-    "An operation error just occurred.",
-    "Bad capabilities error.",
+    PhraseKey("Success message from detailed error request ??"),
+    PhraseKey("Failure due to unknown causes."),
+    PhraseKey("Low Memory Condition encountered, free up some memory and try again."),
+    PhraseKey("No Data Source found error."),
+    PhraseKey("Source is connected to max possible apps."),
+    PhraseKey("An operation error just occurred."),
+    PhraseKey("Bad capabilities error."),
     kUnknownSentence,
     kUnknownSentence,
-    "Bad protocol error.",
-    "Bad value error.",
-    "DG DAT MSG is out of expected sequence.",
-    "An unknown destination Application/Source was specified in DSM_Entry.",
-    "The specified capability is not support by this TWAIN source.",
-    "The specified operation is not support by this TWAIN source.",
-    "A capture sequence error was encountered.",
-    "A file system operation was denied.",
-    "The specified file already exists.",
-    "The specified file could not be found.",
-    "The specified directory was not empty.",
-    "The paper feeder is jammed.",
-    "The paper feeder detected multiple pages.",
-    "The file could not be written.",
-    "The device went offline prior to or during this operation."};
+    PhraseKey("Bad protocol error."),
+    PhraseKey("Bad value error."),
+    PhraseKey("DG DAT MSG is out of expected sequence."),
+    PhraseKey("An unknown destination Application/Source was specified in DSM_Entry."),
+    PhraseKey("The specified capability is not support by this TWAIN source."),
+    PhraseKey("The specified operation is not support by this TWAIN source."),
+    PhraseKey("A capture sequence error was encountered."),
+    PhraseKey("A file system operation was denied."),
+    PhraseKey("The specified file already exists."),
+    PhraseKey("The specified file could not be found."),
+    PhraseKey("The specified directory was not empty."),
+    PhraseKey("The paper feeder is jammed."),
+    PhraseKey("The paper feeder detected multiple pages."),
+    PhraseKey("The file could not be written."),
+    PhraseKey("The device went offline prior to or during this operation.")};
 
 std::string Unknown(uint32_t value) {
   return FormatText(GetFormatPhrase("<Unknown (%lu)>").c_str(), Lu(value));

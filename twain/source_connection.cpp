@@ -6,15 +6,16 @@
 
 #include "foundation/log/log.h"
 #include "foundation/support/format.h"
+#include "foundation/support/phrase_lookup.h"
 #include "twain/source.h"
 
 namespace zyr {
 namespace {
 
-constexpr char kIdentityFailure[] = "General failure in response to DAT_IDENTITY.";
-constexpr char kOpenFailure[] = "General failure in response to MSG_OPENDS.";
-constexpr char kEnableFailure[] = "General failure in response to MSG_ENABLEDS.";
-constexpr char kStatusFailure[] = "General failure in response to DAT_STATUS.";
+constexpr const char* kIdentityFailure = PhraseKey("General failure in response to DAT_IDENTITY.");
+constexpr const char* kOpenFailure = PhraseKey("General failure in response to MSG_OPENDS.");
+constexpr const char* kEnableFailure = PhraseKey("General failure in response to MSG_ENABLEDS.");
+constexpr const char* kStatusFailure = PhraseKey("General failure in response to DAT_STATUS.");
 
 constexpr uint32_t kIndent = 5;
 
@@ -89,7 +90,7 @@ TW_UINT16 TwainSource::Connect(const Triplet& triplet) {
 // The data is not looked at: managers pass anything here.
 TW_UINT16 TwainSource::CloseDS(const Triplet&) {
   if (state_ < 4) {
-    return Fail("General failure in response to MSG_CLOSEDS.", TWCC_SEQERROR);
+    return Fail(PhraseKey("General failure in response to MSG_CLOSEDS."), TWCC_SEQERROR);
   }
   Disconnect();
   return TWRC_SUCCESS;
@@ -111,7 +112,7 @@ TW_UINT16 TwainSource::DISPATCHMSG_UserInterface(const Triplet& triplet) {
     case MSG_DISABLEDS:
       return DisableDS(triplet);
     default:
-      return Fail("General failure in response to DAT_USERINTERFACE.", TWCC_BADPROTOCOL);
+      return Fail(PhraseKey("General failure in response to DAT_USERINTERFACE."), TWCC_BADPROTOCOL);
   }
 }
 
@@ -127,7 +128,7 @@ TW_UINT16 TwainSource::EnableDS(const Triplet& triplet) {
 
 TW_UINT16 TwainSource::DisableDS(const Triplet&) {
   if (state_ < 5) {
-    return Fail("General failure in response to MSG_DISABLEDS.", TWCC_SEQERROR);
+    return Fail(PhraseKey("General failure in response to MSG_DISABLEDS."), TWCC_SEQERROR);
   }
   state_ = 4;  // first, since the window's end may bring the application back in
   platform::DestroyWindowOf(dialogWindow_);
@@ -154,11 +155,11 @@ TW_UINT16 TwainSource::DISPATCHMSG_Status(const Triplet& triplet) {
 }
 
 TW_UINT16 TwainSource::DISPATCHMSG_Event(const Triplet&) {
-  return Fail("TWAIN source does not support the Event command", TWCC_CAPUNSUPPORTED);
+  return Fail(PhraseKey("TWAIN source does not support the Event command"), TWCC_CAPUNSUPPORTED);
 }
 
 TW_UINT16 TwainSource::DISPATCHMSG_Parent(const Triplet&) {
-  return Fail("TWAIN source does not support the Parent command", TWCC_CAPUNSUPPORTED);
+  return Fail(PhraseKey("TWAIN source does not support the Parent command"), TWCC_CAPUNSUPPORTED);
 }
 
 }  // namespace zyr

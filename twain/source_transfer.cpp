@@ -3,20 +3,24 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/support/phrase_lookup.h"
 #include "platform/files.h"
 #include "twain/source.h"
 
 namespace zyr {
 namespace {
 
-constexpr char kPendingFailure[] = "General failure in response to DAT_PENDINGXFER.";
-constexpr char kSetupMemFailure[] =
-    "General failure in response to DAT_SETUPMEMXFER, not supported.";
-constexpr char kSetupFileFailure[] =
-    "General failure in response to DAT_SETUPFILEXFER, not supported.";
-constexpr char kGroupFailure[] = "General failure in response to DAT_XFERGROUP, not supported.";
-constexpr char kImageInfoFailure[] = "General failure in transfer.";
-constexpr char kImageLayoutFailure[] = "General failure in response to DAT_IMAGEINFO.";
+constexpr const char* kPendingFailure =
+    PhraseKey("General failure in response to DAT_PENDINGXFER.");
+constexpr const char* kSetupMemFailure =
+    PhraseKey("General failure in response to DAT_SETUPMEMXFER, not supported.");
+constexpr const char* kSetupFileFailure =
+    PhraseKey("General failure in response to DAT_SETUPFILEXFER, not supported.");
+constexpr const char* kGroupFailure =
+    PhraseKey("General failure in response to DAT_XFERGROUP, not supported.");
+constexpr const char* kImageInfoFailure = PhraseKey("General failure in transfer.");
+constexpr const char* kImageLayoutFailure =
+    PhraseKey("General failure in response to DAT_IMAGEINFO.");
 
 constexpr TW_UINT32 kSmallestBuffer = 2048;
 constexpr TW_UINT32 kLargestBuffer = 1'048'576;
@@ -123,13 +127,13 @@ TW_UINT16 TwainSource::SetTransferFile(const Triplet& triplet) {
   }
   transferFileName_ = ReadText(triplet.data, kLongestFileName);
   if (!EnsureFile(transferFileName_)) {
-    return Fail("Unable to create file <<DAT_SETUPFILEXFER>>", TWCC_BADVALUE);
+    return Fail(PhraseKey("Unable to create file <<DAT_SETUPFILEXFER>>"), TWCC_BADVALUE);
   }
   return TWRC_SUCCESS;
 }
 
 TW_UINT16 TwainSource::DISPATCHMSG_SetupNativeXfer(const Triplet&) {
-  return Fail("TWAIN source does not support Native transfers", TWCC_CAPUNSUPPORTED);
+  return Fail(PhraseKey("TWAIN source does not support Native transfers"), TWCC_CAPUNSUPPORTED);
 }
 
 // Only the low half of the group's 32 bits is written, the other stays as the application left it.

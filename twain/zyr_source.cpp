@@ -5,6 +5,8 @@
 
 #include "foundation/log/log.h"
 #include "foundation/support/format.h"
+#include "foundation/support/phrase_lookup.h"
+#include "foundation/support/raised_flag.h"
 #include "platform/messages.h"
 #include "platform/own_module.h"
 #include "settings/directories.h"
@@ -14,7 +16,7 @@
 namespace zyr {
 namespace {
 
-constexpr char kEnableFailure[] = "General failure in response to MSG_ENABLEDS.";
+constexpr const char* kEnableFailure = PhraseKey("General failure in response to MSG_ENABLEDS.");
 
 // For "%lX", which shows the low 32 bits of a 64-bit handle.
 unsigned long HandleNumber(const void* handle) {
@@ -85,7 +87,7 @@ TW_UINT16 ZyrTwainSource::EnableDS(const Triplet& triplet) {
 // for this one.
 TW_UINT16 ZyrTwainSource::OpenDialog(platform::ResourceModule previousResources) {
   DropDialog();
-  underWay_.reset();
+  EndWayOfImage();
   CaptureDialogOwner& owner = *this;
   const auto dialog = std::make_shared<CaptureDialog>(owner, images_, sensors_, makeView_);
   dialog_ = dialog;
@@ -123,7 +125,7 @@ TW_UINT16 ZyrTwainSource::FailToOpenDialog(platform::ResourceModule previousReso
 
 TW_UINT16 ZyrTwainSource::CloseDS(const Triplet& triplet) {
   DropDialog();
-  underWay_.reset();
+  EndWayOfImage();
   return TwainSource::CloseDS(triplet);
 }
 
@@ -159,7 +161,7 @@ TW_UINT16 ZyrTwainSource::GetNumberOfTransfersAvailable() {
 // over.
 void ZyrTwainSource::ClearCurrentImage() {
   const std::shared_ptr<CachedImage> image = ImageToTransfer();
-  underWay_.reset();
+  EndWayOfImage();
   if (image == nullptr) {
     if (state_ == 7) imageWasCleared_ = true;  // the application may have it all the same
     return;
@@ -174,7 +176,33 @@ void ZyrTwainSource::ClearCurrentImage() {
   }
 }
 
-void ZyrTwainSource::AbortTransfers() { underWay_.reset(); }
+void ZyrTwainSource::AbortTransfers() { EndWayOfImage(); }
+
+void ZyrTwainSource::EndWayOfImage() {
+  underWay_.reset();
+  if (depthAfterTransfer_) SwitchDepth(*std::exchange(depthAfterTransfer_, std::nullopt));
+}
+
+// The strips of one image must all be of one depth.
+void ZyrTwainSource::SetGrayscaleDepth(uint32_t bits) {
+  if (state_ == 7) {
+    depthAfterTransfer_ = bits;
+  } else {
+    SwitchDepth(bits);
+  }
+}
+
+void ZyrTwainSource::SwitchDepth(uint32_t bits) {
+  if (bits == 8) {
+    Set8BitGrayscaleCapture();
+  } else {
+    Set16BitGrayscaleCapture();
+  }
+}
+
+void ZyrTwainSource::FillSettingsList(SettingsListControl* list) const {
+  capabilities_.FillSettingsList(list);
+}
 
 // While an image is under way, state 6 would make its next strip the first one again, and the
 // application would put a torn picture together.
@@ -187,11 +215,7 @@ void ZyrTwainSource::NotifyXferReady() {
 bool ZyrTwainSource::IsDelivering() const { return state_ == 6 || state_ == 7; }
 
 void ZyrTwainSource::NotifyCloseDSReq() {
-  struct Scope {
-    bool& flag;
-    const bool before;
-    ~Scope() { flag = before; }
-  } const scope{askingToClose_, std::exchange(askingToClose_, true)};
+  const RaisedFlag askingToClose(askingToClose_);
   TwainSource::NotifyCloseDSReq();
 }
 

@@ -35,6 +35,8 @@ class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
   void NotifyXferReady() override;
   void NotifyCloseDSReq() override;
   bool IsDelivering() const override;
+  void SetGrayscaleDepth(uint32_t bits) override;
+  void FillSettingsList(SettingsListControl* list) const override;
 
  private:
   TW_UINT16 OpenDialog(platform::ResourceModule previousResources);
@@ -53,6 +55,8 @@ class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
   TW_UINT16 TransferNative(const Triplet& triplet);
   TW_UINT16 TransferFile(const Triplet& triplet);
   TW_UINT16 TransferStrip(const Triplet& triplet);
+  void SwitchDepth(uint32_t bits);
+  void EndWayOfImage();
   // The common end of the three transfers, failed ones too.
   TW_UINT16 FinishTransfer(TW_UINT16 result);
 
@@ -63,6 +67,7 @@ class ZyrTwainSource : public TwainSource, private CaptureDialogOwner {
   // From the first triplet about an image until its transfer ends. The user may select, capture and
   // delete meanwhile; it stays this image that is described, handed over and taken away.
   std::optional<std::weak_ptr<CachedImage>> underWay_;
+  std::optional<uint32_t> depthAfterTransfer_;
   bool imageWasCleared_ = false;  // since the module was loaded
   bool askingToClose_ = false;    // inside the call that asks the application to close
 };

@@ -1,8 +1,10 @@
 #include "acquire/capture_dialog/capture_dialog.h"
 
+#include "acquire/capture_dialog/capture_options.h"
 #include "acquire/iface/status_sink.h"
 #include "foundation/support/files.h"
 #include "foundation/support/phrase_lookup.h"
+#include "foundation/support/raised_flag.h"
 #include "platform/directories.h"
 #include "platform/prompt.h"
 #include "platform/shell.h"
@@ -26,24 +28,26 @@ struct Tip {
 };
 constexpr Tip kTips[] = {
     {kCommandAcquireImage,
-     "Click on this option to acquire a single image from a ZYR digital x-ray system."},
+     PhraseKey("Click on this option to acquire a single image from a ZYR digital x-ray system.")},
     {kCommandAcquireSeries,
-     "Click on this option to acquire a series of images from a ZYR digital x-ray system."},
-    {kCommandDeleteSelected, "Click on this option to delete the selected images."},
-    {kCommandDeleteAll, "Click on this option to delete all of the currently acquired images."},
-    {kCommandOptions, "This option permits you to change the preferences and settings."},
-    {kCommandThumbnails,
-     "Sets the number of rows and columns of thumbnails that should be displayed simultaneously."},
-    {kCommandHelp, "Displays the on-line help for the ZYR TWAIN source."},
+     PhraseKey(
+         "Click on this option to acquire a series of images from a ZYR digital x-ray system.")},
+    {kCommandDeleteSelected, PhraseKey("Click on this option to delete the selected images.")},
+    {kCommandDeleteAll,
+     PhraseKey("Click on this option to delete all of the currently acquired images.")},
+    {kCommandOptions, PhraseKey("This option permits you to change the preferences and settings.")},
+    {kCommandThumbnails, PhraseKey("Sets the number of rows and columns of thumbnails that should "
+                                   "be displayed simultaneously.")},
+    {kCommandHelp, PhraseKey("Displays the on-line help for the ZYR TWAIN source.")},
     {kCommandManualTrigger,
-     "Manually triggers the hardware.  This option is primarily used during testing of the "
-     "hardware and the hardware interface."},
+     PhraseKey(
+         "Manually triggers the hardware.  This option is primarily used during testing of the "
+         "hardware and the hardware interface.")},
 };
 
-// What is disabled while a capture runs, beside what RefreshButtons decides on. The options
-// (kCommandOptions) will join these as soon as they have a dialog.
+// What is disabled while a capture runs, beside what RefreshButtons decides on.
 constexpr uint32_t kIdleCommands[] = {kCommandAcquireImage, kCommandAcquireSeries,
-                                      kCommandSelectSensor, kCommandThumbnails};
+                                      kCommandSelectSensor, kCommandThumbnails, kCommandOptions};
 
 std::string SettingsFileIn(const std::string& folder) { return folder + "\\Settings.XML"; }
 
@@ -80,7 +84,6 @@ bool CaptureDialog::Create(platform::Window parent) {
   images_.LoadAll();
   SetTips();
   ApplyThumbnailGrid();
-  view_->SetButtonEnabled(kCommandOptions, false);
   const bool canGoOn = CheckRequiredFiles();
   if (!HasWindow()) return true;  // the application closed it behind a message box
   if (!canGoOn) {
@@ -126,19 +129,23 @@ bool CaptureDialog::CheckRequiredFiles() {
   if (!GetCheckForConflicts()) return true;
   const std::string required = SettingsFileIn(GetSourceDirectory());
   if (!FileExists(required)) {
-    TellOfFile(window(), "Required ZYR Files Are Missing",
-               "One or more files required to acquire images from the ZYR are missing.  Please be "
-               "sure that the following file(s) are available and then retry the operation.\n\n%s",
-               required, PromptKind::kError);
+    TellOfFile(
+        window(), PhraseKey("Required ZYR Files Are Missing"),
+        PhraseKey(
+            "One or more files required to acquire images from the ZYR are missing.  Please be "
+            "sure that the following file(s) are available and then retry the operation.\n\n%s"),
+        required, PromptKind::kError);
     return false;
   }
   const std::string conflicting = SettingsFileIn(DirectoryOf(platform::HostProgramPath()));
   if (FileExists(conflicting)) {
-    TellOfFile(window(), "WARNING! Possible Conflicting Files",
-               "WARNING! A potential conflicting file exists in this application's directory.  "
-               "Please check to be sure that the following files do not conflict with this TWAIN "
-               "source.\n\n%s",
-               conflicting, PromptKind::kWarning);
+    TellOfFile(
+        window(), PhraseKey("WARNING! Possible Conflicting Files"),
+        PhraseKey(
+            "WARNING! A potential conflicting file exists in this application's directory.  "
+            "Please check to be sure that the following files do not conflict with this TWAIN "
+            "source.\n\n%s"),
+        conflicting, PromptKind::kWarning);
   }
   return true;
 }
@@ -156,7 +163,7 @@ void CaptureDialog::OnCommand(uint32_t command) {
     default:
       break;
   }
-  if (IsBusy()) return;
+  if (IsBusy() || modalStands_) return;
   errorStands_ = false;
   switch (command) {
     case kCommandAcquireSeries:
@@ -164,10 +171,21 @@ void CaptureDialog::OnCommand(uint32_t command) {
       return StartCapture();
     case kCommandAcquireImage:
       return StartCapture();
-    case kCommandSelectSensor:
-      return SelectSensorByHand();
     case kCommandReturnImages:
       return ReturnImages();
+    default:
+      return OnModalCommand(command);
+  }
+}
+
+// Its buttons cannot be reached behind a dialog, but a command that was sent can.
+void CaptureDialog::OnModalCommand(uint32_t command) {
+  const RaisedFlag modalStands(modalStands_);
+  switch (command) {
+    case kCommandSelectSensor:
+      return SelectSensorByHand();
+    case kCommandOptions:
+      return OpenOptions();
     case kCommandDeleteSelected:
     case kCommandDeleteAll:
       return DeleteImages(command);
@@ -219,7 +237,7 @@ intptr_t CaptureDialog::OnStatusLine(uintptr_t kind, const StatusRecord& record)
 void CaptureDialog::OnReturnTimer() {
   const auto self = shared_from_this();
   view_->StopReturnTimer();
-  if (!IsBusy()) ReturnImages();  // a user may have been faster
+  if (!IsBusy() && !modalStands_) ReturnImages();  // a user may have been faster
 }
 
 void CaptureDialog::OnWindowGone() {
@@ -230,6 +248,17 @@ void CaptureDialog::OnWindowGone() {
 
 void CaptureDialog::SelectSensorByHand() {
   choice_.Select(true);
+  ShowSensorAnew();
+}
+
+void CaptureDialog::OpenOptions() {
+  CaptureOptions options(owner_, images_, sensors_, *view_);
+  if (!options.Run()) return;
+  if (options.HasChosenSensor()) choice_.ForgetUnsaved();
+  ShowSensorAnew();
+}
+
+void CaptureDialog::ShowSensorAnew() {
   if (!HasWindow()) return;
   view_->SetButtonTip(kCommandSelectSensor, choice_.Tip());
   ShowSensor();
@@ -247,10 +276,11 @@ void CaptureDialog::ChooseThumbnailGrid() {
 void CaptureDialog::OpenHelp() {
   const std::string path = GetSourceDirectory() + "\\ZYRTWAIN.CHM";
   if (platform::OpenWithShell(path) >= kLeastShellSuccess) return;
-  TellOfFile(window(), "Unable To Open Help",
-             "The on-line help could not be opened.  Please be sure that the following file is "
-             "available and then retry the operation.\n\n%s",
-             path, PromptKind::kWarning);
+  TellOfFile(
+      window(), PhraseKey("Unable To Open Help"),
+      PhraseKey("The on-line help could not be opened.  Please be sure that the following file is "
+                "available and then retry the operation.\n\n%s"),
+      path, PromptKind::kWarning);
 }
 
 // A capture is told to end and ends with its last message. One that is being set up, or ends

@@ -70,6 +70,10 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   void OpenHelp();
   void ChooseThumbnailGrid();
   void SelectSensorByHand();
+  void OpenOptions();
+  // After a change of what is told about it.
+  void ShowSensorAnew();
+  void OnModalCommand(uint32_t command);
   bool HasWindow() const;
   // From the press of a button until its last capture is dealt with, be it given up or not.
   bool IsBusy() const { return capturing_ || finishExpected_ || takingImage_; }
@@ -126,6 +130,7 @@ class CaptureDialog : public std::enable_shared_from_this<CaptureDialog> {
   bool seriesMode_ = false;
   bool finishExpected_ = false;  // a capture runs, and its last message has not been handled
   bool takingImage_ = false;
+  bool modalStands_ = false;  // a dialog above the window, which keeps its buttons from the user
   bool errorStands_ = false;  // in the status lines, and the user has done nothing since
   bool split_ = false;
   CapturePanel panel_ = CapturePanel::kStatus;

@@ -9,7 +9,9 @@
 
 #include "acquire/image_dialog/image_dialog_view.h"
 #include "acquire/sensor_selection/sensor_selection_view.h"
+#include "foundation/support/directory_selection_view.h"
 #include "platform/messages.h"
+#include "settings/pages/options_dialog_view.h"
 
 namespace zyr {
 
@@ -87,9 +89,11 @@ class CaptureDialogView {
   // that are in view, and not all at once.
   virtual void RefreshThumbnails() = 0;
 
-  // Modal dialogs above the window.
+  // Modal dialogs above the window, or above one of them.
   virtual std::unique_ptr<SensorSelectionView> MakeSensorSelectionView() = 0;
   virtual std::unique_ptr<ImageDialogView> MakeImageDialogView() = 0;
+  virtual std::unique_ptr<OptionsDialogView> MakeOptionsDialogView() = 0;
+  virtual std::unique_ptr<DirectorySelectionView> MakeDirectorySelectionView() = 0;
   // The user's choice; null for Cancel.
   virtual std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) = 0;
 

@@ -9,6 +9,7 @@
 #include "foundation/support/error.h"
 #include "foundation/support/format.h"
 #include "foundation/support/phrase_lookup.h"
+#include "foundation/support/raised_flag.h"
 #include "hardware/device/device.h"
 #include "hardware/device/sensor_settings.h"
 #include "platform/sound.h"
@@ -21,17 +22,6 @@ namespace {
 // Milliseconds that a download gets to come to its end once the window is gone, and a capture to
 // notice that it was given up.
 constexpr uint32_t kLastPatience = 5000;
-
-class RaisedFlag {
- public:
-  explicit RaisedFlag(bool& flag) : flag_(flag) { flag_ = true; }
-  ~RaisedFlag() { flag_ = false; }
-  RaisedFlag(const RaisedFlag&) = delete;
-  RaisedFlag& operator=(const RaisedFlag&) = delete;
-
- private:
-  bool& flag_;
-};
 
 }  // namespace
 

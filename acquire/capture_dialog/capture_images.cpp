@@ -8,6 +8,7 @@
 #include "acquire/image_dialog/image_dialog.h"
 #include "foundation/support/format.h"
 #include "foundation/support/phrase_lookup.h"
+#include "foundation/support/raised_flag.h"
 #include "imaging/operations/geometry/shrink.h"
 #include "platform/clock.h"
 #include "platform/progress_window.h"
@@ -28,12 +29,13 @@ struct EnhancementStep {
   void (ImageEnhancement::*apply)();
 };
 constexpr EnhancementStep kEnhancementSteps[] = {
-    {"Applying automatic B/C", &ImageEnhancement::ApplyAutomaticBrightnessContrast},
-    {"Considering brightness, contrast and gamma", &ImageEnhancement::ApplyImageAdjustment},
-    {"Considering noise removal", &ImageEnhancement::ApplyNoiseRemoval},
-    {"Considering sharpening", &ImageEnhancement::ApplySharpening},
-    {"Considering laplace", &ImageEnhancement::ApplyLaplace},
-    {"Considering smoothing", &ImageEnhancement::ApplySmoothing},
+    {PhraseKey("Applying automatic B/C"), &ImageEnhancement::ApplyAutomaticBrightnessContrast},
+    {PhraseKey("Considering brightness, contrast and gamma"),
+     &ImageEnhancement::ApplyImageAdjustment},
+    {PhraseKey("Considering noise removal"), &ImageEnhancement::ApplyNoiseRemoval},
+    {PhraseKey("Considering sharpening"), &ImageEnhancement::ApplySharpening},
+    {PhraseKey("Considering laplace"), &ImageEnhancement::ApplyLaplace},
+    {PhraseKey("Considering smoothing"), &ImageEnhancement::ApplySmoothing},
 };
 
 struct Question {
@@ -41,13 +43,14 @@ struct Question {
   const char* text;
 };
 constexpr Question kDeleteSelectedQuestion = {
-    "Delete Selected Images",
-    "Are you sure that you want to delete the selected images?  If you chose to delete these "
-    "images they will be lost forever."};
+    PhraseKey("Delete Selected Images"),
+    PhraseKey(
+        "Are you sure that you want to delete the selected images?  If you chose to delete these "
+        "images they will be lost forever.")};
 constexpr Question kDeleteAllQuestion = {
-    "Delete All Images",
-    "Are you sure that you want to delete ALL of the images?  If you chose to delete these images "
-    "they will be lost forever."};
+    PhraseKey("Delete All Images"), PhraseKey("Are you sure that you want to delete ALL of the "
+                                              "images?  If you chose to delete these images "
+                                              "they will be lost forever.")};
 
 bool IsConfirmed(platform::Window owner, const Question& question) {
   return platform::ShowPrompt(owner, GetPhrase(question.text), GetPhrase(question.title),
@@ -184,8 +187,9 @@ void CaptureDialog::OnThumbnailSelected(size_t index, bool selected) {
 
 // The application may fetch and delete the image, or close this window, while the user looks at it.
 void CaptureDialog::OnThumbnailOpened(size_t index) {
-  if (IsBusy()) return;
+  if (IsBusy() || modalStands_) return;
   const auto self = shared_from_this();
+  const RaisedFlag modalStands(modalStands_);
   errorStands_ = false;
   const std::unique_ptr<ImageDialogView> view = view_->MakeImageDialogView();
   ImageDialog dialog(*view, images_);

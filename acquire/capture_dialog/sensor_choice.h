@@ -18,6 +18,8 @@ class SensorChoice {
   // The user's choice as the settings have it, or a newer one that could not be stored.
   DeviceEntry Selected() const;
   bool IsAnySelected() const;
+  // From now on the settings count.
+  void ForgetUnsaved() { unsaved_.reset(); }
   // Asks the user, unless the settings say otherwise and the selected sensor is there; when forced,
   // always. False, with the last error set, if the user gives no answer. Handles window messages.
   bool Select(bool forced);

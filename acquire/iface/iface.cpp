@@ -41,7 +41,7 @@ int32_t FailToOpen(const DeviceEntry& device) {
 }
 
 int32_t FailToStart() {
-  return Fail("The system was unable to create the necessary callback thread.");
+  return Fail(PhraseKey("The system was unable to create the necessary callback thread."));
 }
 
 bool IsBlank(const std::string& text) {
@@ -63,7 +63,8 @@ IFace::~IFace() {
 }
 
 int32_t IFace::Initialize() {
-  if (deviceManager_ == nullptr) return Fail("Unable to initialize ZYR hardware interface.");
+  if (deviceManager_ == nullptr)
+    return Fail(PhraseKey("Unable to initialize ZYR hardware interface."));
   if (initialised_) return 1;
   if (!SensorSettings().Load()) return ShowInitializeFailure();
   DevMgr& manager = *deviceManager_;
@@ -101,10 +102,10 @@ uint32_t IFace::GetDevices(std::vector<DeviceEntry>* devices) {
 }
 
 int32_t IFace::IsDeviceAvailable(const std::string& deviceId) {
-  if (Initialize() == 0) return Fail("Unable to initialize ZYR hardware interface.");
+  if (Initialize() == 0) return Fail(PhraseKey("Unable to initialize ZYR hardware interface."));
   std::vector<DeviceEntry> devices;
   if (GetDevices(&devices) == 0) {
-    return Fail("No ZYR devices detected. Please check your hardware connection.");
+    return Fail(PhraseKey("No ZYR devices detected. Please check your hardware connection."));
   }
   for (const DeviceEntry& device : devices) {
     if (EqualIgnoringCase(device.deviceId, deviceId)) return 1;
@@ -123,9 +124,9 @@ int32_t IFace::CreateLumoDevice(const std::string& name, const std::string& sens
   ForgetCapture();
   device_.reset();
   if (IsBlank(deviceId)) {
-    return Fail(
+    return Fail(PhraseKey(
         "No viable ZYR sensor was selected in the sensor options; the selected sensor system may "
-        "no longer be available");
+        "no longer be available"));
   }
   // The thread of a capture that was given up may still be speaking to the same device. A call that
   // comes meanwhile may have begun another one.
@@ -170,20 +171,20 @@ int32_t IFace::SetCaptureConfigurationPreferences() {
 
 int32_t IFace::SetCaptureConfigurationPreferences(const std::string& name, const std::string&,
                                                   const std::string&) {
-  if (device_ == nullptr) return Fail("No ZYR hardware was opened");
+  if (device_ == nullptr) return Fail(PhraseKey("No ZYR hardware was opened"));
   if (EqualIgnoringCase(name, "2000") &&
       Apply({"binned", GetBinning("ZYR2000") ? "true" : "false",
-             "Unable to set binning state for ZYR device."}) == 0) {
+             PhraseKey("Unable to set binning state for ZYR device.")}) == 0) {
     return 0;
   }
   const std::string system = name == "LUMORAY" ? "ZYR303" : "ZYR2000";
   const Preference preferences[] = {
       {"sensitivity", Number(GetSensitivity(system)),
-       "Unable to set detection sensitivity for ZYR device."},
+       PhraseKey("Unable to set detection sensitivity for ZYR device.")},
       {"threshold", Number(GetThreshold(system)),
-       "Unable to set detection threshold for ZYR device."},
+       PhraseKey("Unable to set detection threshold for ZYR device.")},
       {"integration_time", Number(GetIntegrationTime(system)),
-       "Unable to set integration time for ZYR device."},
+       PhraseKey("Unable to set integration time for ZYR device.")},
   };
   for (const Preference& preference : preferences) {
     if (Apply(preference) == 0) return 0;
@@ -197,8 +198,8 @@ int32_t IFace::Apply(const Preference& preference) {
 }
 
 int32_t IFace::CaptureImage(platform::Window dialog) {
-  if (dialog == nullptr || IsCapturing()) return Fail("An internal error occurred");
-  if (device_ == nullptr) return Fail("No ZYR hardware was opened");
+  if (dialog == nullptr || IsCapturing()) return Fail(PhraseKey("An internal error occurred"));
+  if (device_ == nullptr) return Fail(PhraseKey("No ZYR hardware was opened"));
   const auto capture = std::make_shared<Capture>();
   device_->AddRef();
   capture->device.reset(device_.get());

@@ -20,21 +20,21 @@ enum : uintptr_t { kCaptureSucceeded = 0, kCaptureFailed = 1 };
 const char* LabelOf(int32_t code) {
   switch (code) {
     case kNotifyFlush:
-      return "Flushing sensor";
+      return PhraseKey("Flushing sensor");
     case kNotifyExposure:
-      return "Waiting for exposure";
+      return PhraseKey("Waiting for exposure");
     case kNotifyDownload:
-      return abort_requested ? "Aborting Capture" : "Retrieving image";
+      return abort_requested ? PhraseKey("Aborting Capture") : PhraseKey("Retrieving image");
     case kNotifyRemoved:
-      return "Device removed";
+      return PhraseKey("Device removed");
     case kNotifyInserted:
-      return "Device inserted";
+      return PhraseKey("Device inserted");
     case kNotifyWait:
-      return "Waiting for sensor";
+      return PhraseKey("Waiting for sensor");
     case kNotifyPoll:
       return nullptr;
     default:
-      return "Unknown status";
+      return PhraseKey("Unknown status");
   }
 }
 
@@ -116,7 +116,7 @@ uint32_t IFace::CaptureProc(Capture& capture) {
   }
   Held<SensorImage> image(taken);
   if (abort_requested) {
-    PostLine(kStatusLineFinal, "Aborting Capture",
+    PostLine(kStatusLineFinal, PhraseKey("Aborting Capture"),
              GetPhrase("The system is currently aborting the active image acqusition."));
     image.reset();
     FailCapture(capture);
@@ -135,7 +135,7 @@ uint32_t IFace::FailCapture(Capture& capture) {
 
 void IFace::DeliverImage(Capture& capture, Held<SensorImage> image) {
   Device& device = *capture.device;
-  PostLine(kStatusLineFinal, "Processing Image Acquisition",
+  PostLine(kStatusLineFinal, PhraseKey("Processing Image Acquisition"),
            SensorText(device.GetProperty("id"), device.GetProperty("sensor_id")));
   const platform::GlobalHandle handle = ProcessBitmapToImage(*image, device.IsDevice2000Family());
   image.reset();

@@ -60,20 +60,23 @@ int32_t StatusSink::Post(int32_t kind, const std::string& title, const std::stri
 
 void StatusSink::StatusFlush(const std::string& family, const std::string& sensor,
                              int32_t percent) {
-  ShowProgress(&flushLine_, ProgressTitle("Flushing %s ( %s ) - %d%%", family, sensor, percent),
-               "Flushing the sensor to get it ready for image acquisition.");
+  ShowProgress(&flushLine_,
+               ProgressTitle(PhraseKey("Flushing %s ( %s ) - %d%%"), family, sensor, percent),
+               PhraseKey("Flushing the sensor to get it ready for image acquisition."));
 }
 
 void StatusSink::StatusRetrieve(const std::string& family, const std::string& sensor,
                                 int32_t percent) {
-  ShowProgress(&retrieveLine_,
-               ProgressTitle("Retrieving Image %s ( %s ) - %d%%", family, sensor, percent),
-               "Downloading the image from the hardware.");
+  ShowProgress(
+      &retrieveLine_,
+      ProgressTitle(PhraseKey("Retrieving Image %s ( %s ) - %d%%"), family, sensor, percent),
+      PhraseKey("Downloading the image from the hardware."));
 }
 
 void StatusSink::StatusWait(const std::string& family, const std::string& sensor, int32_t percent) {
-  ShowProgress(&waitLine_, ProgressTitle("Waiting for %s ( %s ) - %d%%", family, sensor, percent),
-               "Waiting for the image from the hardware.");
+  ShowProgress(&waitLine_,
+               ProgressTitle(PhraseKey("Waiting for %s ( %s ) - %d%%"), family, sensor, percent),
+               PhraseKey("Waiting for the image from the hardware."));
 }
 
 void StatusSink::ShowProgress(int32_t* line, std::string title, const char* text) {

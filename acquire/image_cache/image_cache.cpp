@@ -228,16 +228,17 @@ void ImageCache::CheckDriveSpace() {
   const std::optional<uint64_t> free = platform::FreeDriveSpace(GetScanToPath());
   if (!free || *free > kAmpleDriveSpace) return;
   if (*free <= kScarceDriveSpace) {
-    WarnOfDriveSpace(
-        "WARNING!  You are running low on drive space.  You have less than %lu megs of space left "
-        "on your drive.  Please free up some drive space or select a different caching drive and "
-        "directory.",
-        25);
+    WarnOfDriveSpace(PhraseKey("WARNING!  You are running low on drive space.  You have less than "
+                               "%lu megs of space left "
+                               "on your drive.  Please free up some drive space or select a "
+                               "different caching drive and "
+                               "directory."),
+                     25);
   } else if (!std::exchange(warnedOfDriveSpace_, true)) {
-    WarnOfDriveSpace(
-        "WARNING!  You are starting to running low on drive space.  You still have less than %lu "
-        "megs of space left on your drive. ",
-        50);
+    WarnOfDriveSpace(PhraseKey("WARNING!  You are starting to running low on drive space.  You "
+                               "still have less than %lu "
+                               "megs of space left on your drive. "),
+                     50);
   }
 }
 

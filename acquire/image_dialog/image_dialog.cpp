@@ -21,21 +21,24 @@ struct MenuOperation {
   ImageOperation (*operation)();
 };
 constexpr MenuOperation kMenuOperations[] = {
-    {kImageInvert, "Invert", &ImageOperation::Invert},
-    {kImageRotate270, "Rotate 90 Counter-Clockwise", [] { return ImageOperation::Rotate(270); }},
-    {kImageRotate180, "Rotate 180", [] { return ImageOperation::Rotate(180); }},
-    {kImageRotate90, "Rotate 90", [] { return ImageOperation::Rotate(90); }},
-    {kImageFlipHorizontal, "Flip Horizontally", &ImageOperation::FlipHorizontal},
-    {kImageFlipVertical, "Flip Vertically", &ImageOperation::FlipVertical},
-    {kImageSharpen, "Sharpen", [] { return ImageOperation::Sharpen(3, 50); }},
-    {kImageNoiseReduction, "Noise Reduction", [] { return ImageOperation::RemoveNoise(3); }},
-    {kImageFastNoiseReduction, "Fast Noise Reduction", &ImageOperation::RemoveNoiseFast},
-    {kImageAutoBrightnessContrast, "Automatic Brightness/Contrast",
+    {kImageInvert, PhraseKey("Invert"), &ImageOperation::Invert},
+    {kImageRotate270, PhraseKey("Rotate 90 Counter-Clockwise"),
+     [] { return ImageOperation::Rotate(270); }},
+    {kImageRotate180, PhraseKey("Rotate 180"), [] { return ImageOperation::Rotate(180); }},
+    {kImageRotate90, PhraseKey("Rotate 90"), [] { return ImageOperation::Rotate(90); }},
+    {kImageFlipHorizontal, PhraseKey("Flip Horizontally"), &ImageOperation::FlipHorizontal},
+    {kImageFlipVertical, PhraseKey("Flip Vertically"), &ImageOperation::FlipVertical},
+    {kImageSharpen, PhraseKey("Sharpen"), [] { return ImageOperation::Sharpen(3, 50); }},
+    {kImageNoiseReduction, PhraseKey("Noise Reduction"),
+     [] { return ImageOperation::RemoveNoise(3); }},
+    {kImageFastNoiseReduction, PhraseKey("Fast Noise Reduction"), &ImageOperation::RemoveNoiseFast},
+    {kImageAutoBrightnessContrast, PhraseKey("Automatic Brightness/Contrast"),
      &ImageOperation::AutoBrightnessContrast},
-    {kImageEdgeEnhance, "Edge Enhancement", [] { return ImageOperation::EnhanceEdges(3, 3); }},
-    {kImageEqualize, "Equalize", &ImageOperation::Equalize},
-    {kImageNormalize, "Normalize", &ImageOperation::Normalize},
-    {kImageSmooth, "Smooth", [] { return ImageOperation::Smooth(3, 100); }},
+    {kImageEdgeEnhance, PhraseKey("Edge Enhancement"),
+     [] { return ImageOperation::EnhanceEdges(3, 3); }},
+    {kImageEqualize, PhraseKey("Equalize"), &ImageOperation::Equalize},
+    {kImageNormalize, PhraseKey("Normalize"), &ImageOperation::Normalize},
+    {kImageSmooth, PhraseKey("Smooth"), [] { return ImageOperation::Smooth(3, 100); }},
 };
 
 std::string TextOr(std::string text, const char* otherwise) {
@@ -164,7 +167,8 @@ void ImageDialog::AdjustByHand() {
   GammaDialog dialog(*view, *workingImage_);
   if (!dialog.Run(view_.window()) || ended_) return;
   std::unique_ptr<CachedImage> preview = dialog.TakePreview();
-  if (preview != nullptr) PushStep("Adjust GBC", std::move(preview), dialog.operations());
+  if (preview != nullptr)
+    PushStep(PhraseKey("Adjust GBC"), std::move(preview), dialog.operations());
 }
 
 // Also a step that has changed nothing is one.
@@ -230,10 +234,10 @@ void ImageDialog::Refresh() {
   view_.SetItemEnabled(kImageUndo, history_.CanUndo());
   view_.SetItemEnabled(kImageRedo, history_.CanRedo());
   view_.SetItemEnabled(kImageOriginal, history_.CanUndo());
-  view_.SetItemDescription(kImageUndo,
-                           TextOr(history_.GetUndoDescription(), "Undoes the previous operation"));
-  view_.SetItemDescription(
-      kImageRedo, TextOr(history_.GetRedoDescription(), "Redoes the previously undone operation"));
+  view_.SetItemDescription(kImageUndo, TextOr(history_.GetUndoDescription(),
+                                              PhraseKey("Undoes the previous operation")));
+  view_.SetItemDescription(kImageRedo, TextOr(history_.GetRedoDescription(),
+                                              PhraseKey("Redoes the previously undone operation")));
   view_.SetStatus(workingImage_ == nullptr ? std::string() : Describe(*workingImage_));
 }
 

@@ -77,7 +77,7 @@ ImageOperation Spread(const char* progressText) {
 }  // namespace
 
 ImageOperation ImageOperation::Sharpen(uint32_t size, int32_t factor) {
-  return {"Sharpening ...", size > 1 && factor != 0,
+  return {PhraseKey("Sharpening ..."), size > 1 && factor != 0,
           [=](const CKIPImage* image, ProgressCallback progress) {
             CKIPMask mask;
             mask.MakeSharpen(size, factor);
@@ -90,7 +90,7 @@ ImageOperation ImageOperation::Sharpen(uint32_t size, int32_t factor) {
 
 // Tells the user of sharpening, too.
 ImageOperation ImageOperation::Smooth(uint32_t size, int32_t factor) {
-  return {"Sharpening ...", size > 1 && factor != 0,
+  return {PhraseKey("Sharpening ..."), size > 1 && factor != 0,
           [=](const CKIPImage* image, ProgressCallback progress) {
             CKIPMask mask;
             mask.MakeSmooth(size, factor);
@@ -102,7 +102,7 @@ ImageOperation ImageOperation::Smooth(uint32_t size, int32_t factor) {
 }
 
 ImageOperation ImageOperation::EnhanceEdges(uint32_t size, double strength) {
-  return {"Enhancing Edges ...", strength != 0,
+  return {PhraseKey("Enhancing Edges ..."), strength != 0,
           [=](const CKIPImage* image, ProgressCallback progress) {
             CKIPMask mask;
             mask.MakeEdge(size, size, strength);
@@ -114,7 +114,7 @@ ImageOperation ImageOperation::EnhanceEdges(uint32_t size, double strength) {
 }
 
 ImageOperation ImageOperation::RemoveNoise(uint32_t size) {
-  return {"Removing Noise ...", true,
+  return {PhraseKey("Removing Noise ..."), true,
           [=](const CKIPImage* image, ProgressCallback progress) {
             CKIPMask window;
             window.MakeIdentity(size, size);
@@ -126,11 +126,11 @@ ImageOperation ImageOperation::RemoveNoise(uint32_t size) {
 }
 
 ImageOperation ImageOperation::RemoveNoiseFast() {
-  return Of("Removing Noise ...", FastNoiseReduction, DeepFastNoiseReduction);
+  return Of(PhraseKey("Removing Noise ..."), FastNoiseReduction, DeepFastNoiseReduction);
 }
 
 ImageOperation ImageOperation::AdjustGamma(double gamma) {
-  return {"Adjusting Gamma ...", gamma != 0 && gamma != 1,
+  return {PhraseKey("Adjusting Gamma ..."), gamma != 0 && gamma != 1,
           [=](const CKIPImage* image, ProgressCallback progress) {
             return zyr::AdjustGamma(image, gamma, gamma, gamma, kKeepNoColor, progress);
           },
@@ -140,7 +140,7 @@ ImageOperation ImageOperation::AdjustGamma(double gamma) {
 }
 
 ImageOperation ImageOperation::AdjustBrightnessContrast(int32_t brightness, int32_t contrast) {
-  return {"Adjusting BC ...", brightness != 0 || contrast != 0,
+  return {PhraseKey("Adjusting BC ..."), brightness != 0 || contrast != 0,
           [=](const CKIPImage* image, ProgressCallback progress) {
             return zyr::AdjustBrightnessContrast(image, brightness, contrast, kKeepNoColor,
                                                  progress);
@@ -151,30 +151,34 @@ ImageOperation ImageOperation::AdjustBrightnessContrast(int32_t brightness, int3
 }
 
 // The same as Normalize: the user finds it under both names.
-ImageOperation ImageOperation::AutoBrightnessContrast() { return Spread("Adjusting BC ..."); }
+ImageOperation ImageOperation::AutoBrightnessContrast() {
+  return Spread(PhraseKey("Adjusting BC ..."));
+}
 
-ImageOperation ImageOperation::Normalize() { return Spread("Normalizing ..."); }
+ImageOperation ImageOperation::Normalize() { return Spread(PhraseKey("Normalizing ...")); }
 
 ImageOperation ImageOperation::Equalize() {
-  return {"Equalizing ...", true,
+  return {PhraseKey("Equalizing ..."), true,
           [](const CKIPImage* image, ProgressCallback progress) {
             return zyr::Equalize(image, nullptr, progress);
           },
           DeepEqualize};
 }
 
-ImageOperation ImageOperation::Invert() { return Of("Invert ...", zyr::Invert, DeepInvert); }
+ImageOperation ImageOperation::Invert() {
+  return Of(PhraseKey("Invert ..."), zyr::Invert, DeepInvert);
+}
 
 ImageOperation ImageOperation::FlipHorizontal() {
-  return Of("Flipping ...", zyr::FlipHorizontal, DeepFlipHorizontal);
+  return Of(PhraseKey("Flipping ..."), zyr::FlipHorizontal, DeepFlipHorizontal);
 }
 
 ImageOperation ImageOperation::FlipVertical() {
-  return Of("Flipping ...", zyr::FlipVertical, DeepFlipVertical);
+  return Of(PhraseKey("Flipping ..."), zyr::FlipVertical, DeepFlipVertical);
 }
 
 ImageOperation ImageOperation::Rotate(uint32_t degrees) {
-  constexpr const char* kText = "Rotating ...";
+  constexpr const char* kText = PhraseKey("Rotating ...");
   ImageOperation operation;
   switch (degrees) {
     case 90:

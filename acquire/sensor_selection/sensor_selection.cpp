@@ -49,9 +49,10 @@ void SensorSelection::FillList(const std::string& markedDeviceId) {
 void SensorSelection::ShowMessage(bool isInitialised) {
   const bool isMissing = isInitialised && devices_.empty();
   const char* const text =
-      isMissing        ? "No ZYR devices detected. Please check your hardware connection."
-      : !isInitialised ? "Unable to initialize ZYR hardware interface."
-                       : "Select that sensor that is to be used to capture the digital x-ray.";
+      isMissing ? PhraseKey("No ZYR devices detected. Please check your hardware connection.")
+      : !isInitialised
+          ? PhraseKey("Unable to initialize ZYR hardware interface.")
+          : PhraseKey("Select that sensor that is to be used to capture the digital x-ray.");
   view_.SetMessage(GetPhrase(text), isMissing ? kRed : kBlue);
   view_.SetMessageSecondColor(isMissing ? std::optional(kYellow) : std::nullopt);
 }
@@ -82,14 +83,16 @@ void SensorSelection::OnOK() {
   if (devices_.empty()) return view_.End(false);
   const DeviceEntry* chosen = ChosenDevice();
   if (chosen == nullptr) {
-    return Warn("No Sensor System Selected",
-                "You must select a ZYR hardware system before you can click on the 'OK' button");
+    return Warn(
+        PhraseKey("No Sensor System Selected"),
+        PhraseKey("You must select a ZYR hardware system before you can click on the 'OK' button"));
   }
   if (!IsSupported(*chosen)) {
-    return Warn("Unsupported ZYR Sensor System Selected",
-                "You may only select a ZYR 2000 or ZYR 303 sensor system with this sensor "
-                "extension.  Please select either the ZYR 2000 series or ZYR 303 series sensor "
-                "system.");
+    return Warn(
+        PhraseKey("Unsupported ZYR Sensor System Selected"),
+        PhraseKey("You may only select a ZYR 2000 or ZYR 303 sensor system with this sensor "
+                  "extension.  Please select either the ZYR 2000 series or ZYR 303 series sensor "
+                  "system."));
   }
   selected = *chosen;
   view_.End(true);

@@ -27,7 +27,7 @@ RECT ScreenOf(HWND window) {
 class CKIPImageViewerControlFullScreenWnd::Frame : public std::enable_shared_from_this<Frame> {
  public:
   explicit Frame(std::function<void()> onLeave)
-      : class_(SharedClass()), onLeave_(std::move(onLeave)) {}
+      : class_(SharedWindowClass(kClassName, Procedure)), onLeave_(std::move(onLeave)) {}
 
   bool Open(HWND owner);
   void Show();
@@ -36,7 +36,6 @@ class CKIPImageViewerControlFullScreenWnd::Frame : public std::enable_shared_fro
   CKIPImageViewerControl& viewer() { return child_.viewer(); }
 
  private:
-  static std::shared_ptr<const WindowClass> SharedClass();
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void FitToScreen() const;
@@ -47,16 +46,6 @@ class CKIPImageViewerControlFullScreenWnd::Frame : public std::enable_shared_fro
   HWND window_ = nullptr;
   HWND childWindow_ = nullptr;
 };
-
-std::shared_ptr<const WindowClass> CKIPImageViewerControlFullScreenWnd::Frame::SharedClass() {
-  static std::weak_ptr<const WindowClass> shared;
-  std::shared_ptr<const WindowClass> used = shared.lock();
-  if (used == nullptr) {
-    used = std::make_shared<const WindowClass>(kClassName, Procedure);
-    shared = used;
-  }
-  return used;
-}
 
 bool CKIPImageViewerControlFullScreenWnd::Frame::Open(HWND owner) {
   const auto module = static_cast<HINSTANCE>(platform::OwnResources());

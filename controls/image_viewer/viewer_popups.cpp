@@ -42,12 +42,14 @@ class Menu {
 };
 
 constexpr uint32_t kSpotSizes[] = {25, 50, 100, 150, 200};
-constexpr const char* kSpotSizeTexts[] = {"25 x 25 Pixels", "50 x 50 Pixels", "100 x 100 Pixels",
-                                          "150 x 150 Pixels", "200 x 200 Pixels"};
+constexpr const char* kSpotSizeTexts[] = {
+    PhraseKey("25 x 25 Pixels"), PhraseKey("50 x 50 Pixels"), PhraseKey("100 x 100 Pixels"),
+    PhraseKey("150 x 150 Pixels"), PhraseKey("200 x 200 Pixels")};
 constexpr uint32_t kLeastMagnification = 2;
 constexpr uint32_t kMostMagnification = 5;
-constexpr const char* kMagnificationTexts[] = {"Magnify 2 Times", "Magnify 3 Times",
-                                               "Magnify 4 Times", "Magnify 5 Times"};
+constexpr const char* kMagnificationTexts[] = {
+    PhraseKey("Magnify 2 Times"), PhraseKey("Magnify 3 Times"), PhraseKey("Magnify 4 Times"),
+    PhraseKey("Magnify 5 Times")};
 constexpr uint32_t kMagnificationChoice = 1000;  // plus the magnification
 
 void AddSizes(Menu& menu, uint32_t present) {
@@ -68,25 +70,25 @@ void AddMagnifications(Menu& menu, uint32_t present) {
 
 uint32_t ChooseOperation(HWND owner, POINT at, uint32_t spectrum) {
   Menu spectrums;
-  spectrums.Add(kOperationColorizeStandard, "Spot Colorize - &Standard");
-  spectrums.Add(kOperationColorizeFire, "Spot Colorize - &Fire");
-  spectrums.Add(kOperationColorizeIce, "Spot Colorize - &Ice");
-  spectrums.Add(kOperationColorizeRedGreenBlue, "Spot Colorize - &RedGreenBlue");
-  spectrums.Add(kOperationColorizeGreenRedBlue, "Spot Colorize - &GreenRedBlue");
+  spectrums.Add(kOperationColorizeStandard, PhraseKey("Spot Colorize - &Standard"));
+  spectrums.Add(kOperationColorizeFire, PhraseKey("Spot Colorize - &Fire"));
+  spectrums.Add(kOperationColorizeIce, PhraseKey("Spot Colorize - &Ice"));
+  spectrums.Add(kOperationColorizeRedGreenBlue, PhraseKey("Spot Colorize - &RedGreenBlue"));
+  spectrums.Add(kOperationColorizeGreenRedBlue, PhraseKey("Spot Colorize - &GreenRedBlue"));
   if (spectrum != 0) {
     spectrums.Mark(kOperationColorizeStandard, kOperationColorizeGreenRedBlue, spectrum);
   }
 
   Menu menu;
-  menu.Add(kOperationOriginal, "&Original Image");
-  menu.Add(kOperationCopy, "&Copy Image To Clipboard");
+  menu.Add(kOperationOriginal, PhraseKey("&Original Image"));
+  menu.Add(kOperationCopy, PhraseKey("&Copy Image To Clipboard"));
   menu.AddSeparator();
-  menu.Add(kOperationInvert, "&Invert");
-  menu.Add(kOperationAutoBrightnessContrast, "&Auto Brightness/Contrast");
-  menu.Add(kOperationEmboss, "&Emboss");
+  menu.Add(kOperationInvert, PhraseKey("&Invert"));
+  menu.Add(kOperationAutoBrightnessContrast, PhraseKey("&Auto Brightness/Contrast"));
+  menu.Add(kOperationEmboss, PhraseKey("&Emboss"));
   menu.AddSeparator();
-  menu.Add(kOperationColorizeStandard, "&Spot Colorize");
-  menu.AddSubmenu(spectrums, "&Other Spot Colorize Spectrums");
+  menu.Add(kOperationColorizeStandard, PhraseKey("&Spot Colorize"));
+  menu.AddSubmenu(spectrums, PhraseKey("&Other Spot Colorize Spectrums"));
   return menu.Track(owner, at);
 }
 

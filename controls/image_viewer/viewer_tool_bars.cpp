@@ -41,39 +41,46 @@ struct ButtonKind {
 // In the order in which they stand. What one looks at the picture with is in the first bar, what
 // changes its looks in the second.
 constexpr ButtonKind kButtons[] = {
-    {0, kViewerFullScreen, ViewerIcon::kFullScreenExit, 0, "Exists full screen view."},
+    {0, kViewerFullScreen, ViewerIcon::kFullScreenExit, 0, PhraseKey("Exists full screen view.")},
     {kToolBarFreeZoom, kViewerMagnify, ViewerIcon::kFreeZoom, 0,
-     "Enables you to magnifiy the image by clicking with the left and right mouse buttons."},
+     PhraseKey(
+         "Enables you to magnifiy the image by clicking with the left and right mouse buttons.")},
     {kToolBarZoomOut, kViewerZoomOut, ViewerIcon::kZoomOut, 0,
-     "Reduces the magnification of the image"},
+     PhraseKey("Reduces the magnification of the image")},
     {kToolBarZoomToFit, kViewerZoomToFit, ViewerIcon::kZoomToFit, 0,
-     "Magnifies the image so that the entire image is visible."},
+     PhraseKey("Magnifies the image so that the entire image is visible.")},
     {kToolBarZoomIn, kViewerZoomIn, ViewerIcon::kZoomIn, 0,
-     "Increases the magnification of the image"},
+     PhraseKey("Increases the magnification of the image")},
     {kToolBarFullScreen, kViewerFullScreen, ViewerIcon::kFullScreen, 0,
-     "Displays the image in a full-screen window."},
+     PhraseKey("Displays the image in a full-screen window.")},
     {kToolBarBrightnessContrast, kViewerBrightnessContrast, ViewerIcon::kBrightnessContrast, 1,
-     "Enables you to change the brightness/contrast of the image by clicking-and-dragging with the "
-     "left mouse button or by tapping-and-dragging on the screen."},
+     PhraseKey("Enables you to change the brightness/contrast of the image by "
+               "clicking-and-dragging with the "
+               "left mouse button or by tapping-and-dragging on the screen.")},
     {kToolBarGamma, kViewerGamma, ViewerIcon::kGamma, 1,
-     "Enables you to change the gamma of the image by clicking-and-dragging with the left mouse "
-     "button or by tapping-and-dragging on the screen."},
+     PhraseKey("Enables you to change the gamma of the image by clicking-and-dragging with the "
+               "left mouse "
+               "button or by tapping-and-dragging on the screen.")},
     {kToolBarSpotMagnify, kViewerSpotMagnify, ViewerIcon::kSpotMagnify, 1,
-     "Enables you to magnify part of the image by clicking-and-dragging with the left mouse button "
-     "or by tapping-and-dragging on the screen.  Double-clicking will enable you to change the "
-     "size and magnification of the spot."},
+     PhraseKey(
+         "Enables you to magnify part of the image by clicking-and-dragging with the left mouse "
+         "button "
+         "or by tapping-and-dragging on the screen.  Double-clicking will enable you to change the "
+         "size and magnification of the spot.")},
     {kToolBarSpotEnhance, kViewerSpotEnhance, ViewerIcon::kSpotEnhance, 1,
-     "Localized contrast enhancement that enables you to enhance part of the image by "
-     "clicking-and-dragging with the left mouse button or by tapping-and-dragging on the screen.  "
-     "Double-clicking will enable you to change the size of the spot."},
+     PhraseKey("Localized contrast enhancement that enables you to enhance part of the image by "
+               "clicking-and-dragging with the left mouse button or by tapping-and-dragging on the "
+               "screen.  "
+               "Double-clicking will enable you to change the size of the spot.")},
     {kToolBarImageOperations, kViewerImageOperations, ViewerIcon::kImageOperations, 1,
-     "Enables you to perform various image operations on the displayed image."},
+     PhraseKey("Enables you to perform various image operations on the displayed image.")},
     {kToolBarPan, kViewerPan, ViewerIcon::kPan, 1,
-     "Enables you to pan the image by clicking-and-dragging with the left mouse button or by "
-     "tapping-and-dragging on the screen."},
+     PhraseKey(
+         "Enables you to pan the image by clicking-and-dragging with the left mouse button or by "
+         "tapping-and-dragging on the screen.")},
 };
 
-constexpr char kExpanderText[] = "Expands or collapses the corresponding toolbar.";
+constexpr const char* kExpanderText = PhraseKey("Expands or collapses the corresponding toolbar.");
 
 bool IsThere(const ButtonKind& kind, uint32_t allowed, bool fullScreen) {
   if (kind.command == kViewerFullScreen && fullScreen) return kind.bit == 0;
@@ -101,16 +108,6 @@ LRESULT CALLBACK BarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
     default:
       return DefWindowProcA(window, message, wParam, lParam);
   }
-}
-
-std::shared_ptr<const WindowClass> SharedClass() {
-  static std::weak_ptr<const WindowClass> shared;
-  std::shared_ptr<const WindowClass> used = shared.lock();
-  if (used == nullptr) {
-    used = std::make_shared<const WindowClass>(kClassName, BarProcedure);
-    shared = used;
-  }
-  return used;
 }
 
 // Which way the bar goes when the button is pressed, in quarters of a turn from the right.
@@ -144,7 +141,9 @@ bool IsInput(UINT message) {
 }  // namespace
 
 ViewerToolBars::ViewerToolBars(HWND viewer, uint32_t allowed, bool fullScreen)
-    : viewer_(viewer), fullScreen_(fullScreen), class_(SharedClass()) {
+    : viewer_(viewer),
+      fullScreen_(fullScreen),
+      class_(SharedWindowClass(kClassName, BarProcedure)) {
   const ActivationContext look;
   tips_.Attach(viewer);
   for (int i = 0; i < static_cast<int>(bars_.size()); ++i) MakeBar(i, allowed, fullScreen);

@@ -21,15 +21,8 @@ bool IsInput(UINT message) {
 
 }  // namespace
 
-std::shared_ptr<const WindowClass> ViewerWindow::SharedClass() {
-  static std::weak_ptr<const WindowClass> shared;
-  std::shared_ptr<const WindowClass> used = shared.lock();
-  if (used == nullptr) {
-    used = std::make_shared<const WindowClass>(IMAGE_VIEWER_CLASS, Procedure, CS_DBLCLKS);
-    shared = used;
-  }
-  return used;
-}
+ViewerWindow::ViewerWindow()
+    : class_(SharedWindowClass(IMAGE_VIEWER_CLASS, Procedure, CS_DBLCLKS)) {}
 
 void ViewerWindow::Attach(HWND window, std::function<void()> leave) {
   window_ = window;

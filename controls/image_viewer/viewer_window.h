@@ -22,7 +22,7 @@ namespace zyr {
 // comes last, or looks afterwards at what is left.
 class ViewerWindow : public std::enable_shared_from_this<ViewerWindow>, public ImageViewerView {
  public:
-  ViewerWindow() : class_(SharedClass()) {}
+  ViewerWindow();
 
   void Attach(HWND window, std::function<void()> leave);
   void Detach();
@@ -44,7 +44,6 @@ class ViewerWindow : public std::enable_shared_from_this<ViewerWindow>, public I
   void CloseFullScreen() override;
 
  private:
-  static std::shared_ptr<const WindowClass> SharedClass();
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   std::optional<LRESULT> HandleMouse(UINT message, WPARAM wParam, LPARAM lParam);

@@ -84,18 +84,19 @@ bool CreateDirectories(const std::string& path) {
 
 std::unique_ptr<char[]> LoadFile(const std::string& path, size_t* size) {
   const auto status = platform::StatusOf(path);
-  if (!status) return FailLoad("The file did not exist");
-  if (status->isDirectory) return FailLoad("The file could not be opened.");
-  if (status->size == 0) return FailLoad("The file was empty");
+  if (!status) return FailLoad(PhraseKey("The file did not exist"));
+  if (status->isDirectory) return FailLoad(PhraseKey("The file could not be opened."));
+  if (status->size == 0) return FailLoad(PhraseKey("The file was empty"));
 
   const OpenedFile file(path);
-  if (file.handle < 0) return FailLoad("The file could not be opened.");
-  if (status->size >= std::numeric_limits<size_t>::max()) return FailLoad("Out of memory.");
+  if (file.handle < 0) return FailLoad(PhraseKey("The file could not be opened."));
+  if (status->size >= std::numeric_limits<size_t>::max())
+    return FailLoad(PhraseKey("Out of memory."));
   const auto count = static_cast<size_t>(status->size);
   std::unique_ptr<char[]> bytes(new (std::nothrow) char[count + 1]);
-  if (bytes == nullptr) return FailLoad("Out of memory.");
+  if (bytes == nullptr) return FailLoad(PhraseKey("Out of memory."));
   if (platform::ReadFile(file.handle, bytes.get(), count) != static_cast<int64_t>(count)) {
-    return FailLoad("The entire file could not be read.");
+    return FailLoad(PhraseKey("The entire file could not be read."));
   }
   bytes[count] = '\0';
   *size = count;

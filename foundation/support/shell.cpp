@@ -1,6 +1,7 @@
 #include "foundation/support/shell.h"
 
 #include "foundation/support/error.h"
+#include "foundation/support/phrase_lookup.h"
 #include "platform/shell.h"
 
 namespace zyr {
@@ -15,17 +16,18 @@ struct ShellFailure {
 };
 
 constexpr ShellFailure kFailures[] = {
-    {0, kErrorOutOfResources, "Operating system is out of memory or resources"},
-    {8, kErrorOutOfResources, "Operating system is out of memory or resources"},
-    {2, kErrorFileNotFound, "Unable to find the file '%s'"},
-    {3, kErrorPathNotFound, "Unable to find the path '%s'"},
-    {11, kErrorBadExecutable, "Invalid EXE file specified"},
-    {5, kErrorAccessDenied, "Access to the file is denied"},
-    {26, kErrorSharingViolation, "Sharing violation"},
-    {27, kErrorNoAssociation, "No file association was found"},
-    {31, kErrorNoAssociation, "No file association was found"},
+    {0, kErrorOutOfResources, PhraseKey("Operating system is out of memory or resources")},
+    {8, kErrorOutOfResources, PhraseKey("Operating system is out of memory or resources")},
+    {2, kErrorFileNotFound, PhraseKey("Unable to find the file '%s'")},
+    {3, kErrorPathNotFound, PhraseKey("Unable to find the path '%s'")},
+    {11, kErrorBadExecutable, PhraseKey("Invalid EXE file specified")},
+    {5, kErrorAccessDenied, PhraseKey("Access to the file is denied")},
+    {26, kErrorSharingViolation, PhraseKey("Sharing violation")},
+    {27, kErrorNoAssociation, PhraseKey("No file association was found")},
+    {31, kErrorNoAssociation, PhraseKey("No file association was found")},
 };
-constexpr ShellFailure kOtherFailure = {28, kErrorCannotStart, "Unable to start application"};
+constexpr ShellFailure kOtherFailure = {28, kErrorCannotStart,
+                                        PhraseKey("Unable to start application")};
 
 const ShellFailure& FailureOf(int result) {
   for (const ShellFailure& failure : kFailures) {

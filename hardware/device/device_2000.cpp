@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/support/error.h"
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/device/logged_operation.h"
 #include "hardware/device/sensor_settings.h"
 #include "hardware/failure.h"
@@ -13,15 +14,15 @@ namespace {
 
 constexpr char kFamily[] = "2000";
 
-constexpr char kNotReset[] =
+constexpr const char* kNotReset = PhraseKey(
     "The usb connection to the hardware could not be reset.  Please check the hardware "
-    "connection and then retry the operation.";
-constexpr char kSensorNotReset[] =
+    "connection and then retry the operation.");
+constexpr const char* kSensorNotReset = PhraseKey(
     "The sensor could not be reset.  Please check the hardware connection and then retry the "
-    "operation.";
-constexpr char kNoPower[] =
+    "operation.");
+constexpr const char* kNoPower = PhraseKey(
     "The power command could not be sent to the hardware.  Please check the hardware connection "
-    "and then retry the operation.";
+    "and then retry the operation.");
 
 constexpr uint8_t kPowerOn = 1;
 

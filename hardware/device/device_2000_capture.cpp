@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "foundation/support/error.h"
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/device/device_2000.h"
 #include "hardware/device/frame_reader.h"
 #include "hardware/device/logged_operation.h"
@@ -14,22 +15,23 @@
 namespace zyr {
 namespace {
 
-constexpr char kNoCorrectionData[] =
+constexpr const char* kNoCorrectionData = PhraseKey(
     "The hardware correction data could not be downloaded from the hardware.  Please check the "
-    "hardware connection and then retry the operation.";
-constexpr char kNoThreshold[] =
+    "hardware connection and then retry the operation.");
+constexpr const char* kNoThreshold = PhraseKey(
     "The x-ray detection threshold could not be set.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kNoIntegrationTime[] =
+    "then retry the operation.");
+constexpr const char* kNoIntegrationTime = PhraseKey(
     "The x-ray integration time could not be set.  Please check the hardware connection and then "
-    "retry the operation.";
-constexpr char kNoFlush[] =
+    "retry the operation.");
+constexpr const char* kNoFlush = PhraseKey(
     "The hardware could not be flushed.  Please check the hardware connection and then retry the "
-    "operation.";
-constexpr char kNoDetection[] =
+    "operation.");
+constexpr const char* kNoDetection = PhraseKey(
     "The x-ray detection exposure could not be set.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kTimedOut[] = "The hardware timed-out waiting for x-ray exposure or was unplugged.";
+    "then retry the operation.");
+constexpr const char* kTimedOut =
+    PhraseKey("The hardware timed-out waiting for x-ray exposure or was unplugged.");
 
 constexpr char kWaitingForExposure[] = "Waiting for exposure.";
 constexpr char kDownloading[] = "Downloading image.";

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "foundation/log/log.h"
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/correction/offset_correction.h"
 #include "hardware/device/device_2000.h"
 #include "hardware/device/finished_frames.h"
@@ -19,9 +20,9 @@ constexpr std::string_view kTypeNames[] = {"UNPROCESSED_NORMAL_FRAME", "UNPROCES
                                            "OFFSET_CORRECTED", "OFFSET_DEFECT_CORRECTED",
                                            "OFFSET_DEFECT_HISTOGRAM_CORRECTED"};
 
-constexpr char kUnknownType[] =
+constexpr const char* kUnknownType = PhraseKey(
     "An unknown image type was returned from the hardware.  Please check the hardware connection "
-    "and then retry the operation.";
+    "and then retry the operation.");
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // The identity of the sensor, and its list of defects.
 #include "foundation/support/error.h"
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/device/correction_file.h"
 #include "hardware/device/device_2000.h"
 #include "hardware/device/logged_operation.h"
@@ -8,24 +9,24 @@
 namespace zyr {
 namespace {
 
-constexpr char kNoMemory[] =
+constexpr const char* kNoMemory = PhraseKey(
     "Could not read from the memory on the hardware.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kNoValidSensor[] =
+    "then retry the operation.");
+constexpr const char* kNoValidSensor = PhraseKey(
     "A valid sensor was not detected on the hardware.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kNoSensorId[] =
+    "then retry the operation.");
+constexpr const char* kNoSensorId = PhraseKey(
     "Could not obtain the sensor ID from the hardware.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kSensorIdNotRead[] =
+    "then retry the operation.");
+constexpr const char* kSensorIdNotRead = PhraseKey(
     "Unable to read the sensor ID from the hardware.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kSensorNotReset[] =
+    "then retry the operation.");
+constexpr const char* kSensorNotReset = PhraseKey(
     "Unable to reset the sensor on the hardware.  Please check the hardware connection and then "
-    "retry the operation.";
-constexpr char kNoSensorSize[] =
+    "retry the operation.");
+constexpr const char* kNoSensorSize = PhraseKey(
     "Unable to determine the size of the sensor attached to the hardware.  Please check the "
-    "hardware connection and then retry the operation.";
+    "hardware connection and then retry the operation.");
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 
 #include "foundation/support/error.h"
 #include "foundation/support/files.h"
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/device/device_2000.h"
 #include "hardware/device/text_numbers.h"
 #include "platform/ascii.h"
@@ -23,11 +24,14 @@ struct Limits {
   int32_t most;
   const char* error;
 };
-constexpr Limits kSensitivity = {1, 7, "An invalid sensitivity value of %ld was specified"};
-constexpr Limits kThreshold = {1, 255, "An invalid threshold value of %ld was specified"};
-constexpr Limits kIntegrationTime = {200, 1000,
-                                     "An invalid integration time value of %ld was specified"};
-constexpr Limits kCornerColor = {0, 65535, "An invalid corner color value of %ld was specified"};
+constexpr Limits kSensitivity = {1, 7,
+                                 PhraseKey("An invalid sensitivity value of %ld was specified")};
+constexpr Limits kThreshold = {1, 255,
+                               PhraseKey("An invalid threshold value of %ld was specified")};
+constexpr Limits kIntegrationTime = {
+    200, 1000, PhraseKey("An invalid integration time value of %ld was specified")};
+constexpr Limits kCornerColor = {0, 65535,
+                                 PhraseKey("An invalid corner color value of %ld was specified")};
 
 // Leaves `field` alone if the number is refused.
 template <typename Field>

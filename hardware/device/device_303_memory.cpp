@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/device/device_303.h"
 #include "hardware/device/gain_record.h"
 #include "hardware/device/logged_operation.h"
@@ -21,16 +22,16 @@ constexpr uint16_t kAreaSize = 0x4000;
 constexpr uint32_t kSizeC = 0;
 constexpr uint32_t kSizeD = 1;
 
-constexpr char kNotLoaded[] = "Unable to load the LumoRay memory from the sensor";
-constexpr char kNoMemory[] =
+constexpr const char* kNotLoaded = PhraseKey("Unable to load the LumoRay memory from the sensor");
+constexpr const char* kNoMemory = PhraseKey(
     "Could not read from the memory on the hardware.  Please check the hardware connection and "
-    "then retry the operation.";
-constexpr char kNoSize[] =
+    "then retry the operation.");
+constexpr const char* kNoSize = PhraseKey(
     "Unable to determine the size of the sensor attached to the hardware.  Please check the "
-    "hardware connection and then retry the operation.";
-constexpr char kNoCorrectionData[] =
+    "hardware connection and then retry the operation.");
+constexpr const char* kNoCorrectionData = PhraseKey(
     "The hardware correction data could not be downloaded from the hardware.  Please check the "
-    "hardware connection and then retry the operation.";
+    "hardware connection and then retry the operation.");
 
 std::string IdentityIn(const std::vector<uint8_t>& memory) {
   const auto end = std::find_if(memory.begin(), memory.begin() + kIdentitySize,

@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/failure.h"
 
 namespace zyr {
@@ -12,9 +13,9 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "rows are read as they come");
 
-constexpr char kNoImageData[] =
+constexpr const char* kNoImageData = PhraseKey(
     "Unable to read image data from the hardware.  Please check the hardware connection and then "
-    "retry the operation.";
+    "retry the operation.");
 
 Result ReadRow(UsbPort& port, uint16_t* words, uint32_t count) {
   return port.ReadBulk(reinterpret_cast<uint8_t*>(words), count * sizeof(uint16_t));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/failure.h"
 #include "platform/clock.h"
 
@@ -28,21 +29,21 @@ constexpr uint32_t kMostSensitive = 7;
 constexpr uint32_t kMemoryCheckTime = 600;
 constexpr uint32_t kMemoryCheckRest = 100;
 
-constexpr char kNoStatusCheck[] =
+constexpr const char* kNoStatusCheck = PhraseKey(
     "Could not send a status check message to the hardware.  Please check the hardware "
-    "connection and then retry the operation.";
-constexpr char kNoMemoryStatus[] =
+    "connection and then retry the operation.");
+constexpr const char* kNoMemoryStatus = PhraseKey(
     "Could not read the status from the hardware.  Please check the hardware connection and then "
-    "retry the operation.";
-constexpr char kNoMemoryAccess[] =
+    "retry the operation.");
+constexpr const char* kNoMemoryAccess = PhraseKey(
     "Unable to access the memory on the hardware.  Please check the hardware connection and then "
-    "retry the operation.";
-constexpr char kNoMacCommand[] =
+    "retry the operation.");
+constexpr const char* kNoMacCommand = PhraseKey(
     "Unable to send a command to obtain the MAC ID from the hardware.  Please check the hardware "
-    "connection and then retry the operation.";
-constexpr char kNoMac[] =
+    "connection and then retry the operation.");
+constexpr const char* kNoMac = PhraseKey(
     "Unable to read MAC ID from the hardware.  Please check the hardware connection and then "
-    "retry the operation.";
+    "retry the operation.");
 
 using StatusPacket = std::array<uint8_t, kStatusSize>;
 

@@ -7,6 +7,7 @@
 #include "foundation/support/error.h"
 #include "foundation/support/files.h"
 #include "foundation/support/format.h"
+#include "foundation/support/phrase_lookup.h"
 #include "foundation/xml/xml_document.h"
 #include "foundation/xml/xml_parser.h"
 #include "platform/ascii.h"
@@ -16,12 +17,12 @@
 namespace zyr {
 namespace {
 
-constexpr char kNotFound[] =
+constexpr const char* kNotFound = PhraseKey(
     "The settings file '%s' could not be found.  Please check the installation and then retry "
-    "the operation.";
-constexpr char kNotUnderstood[] =
+    "the operation.");
+constexpr const char* kNotUnderstood = PhraseKey(
     "The settings file '%s' could not be properly interrupted.  Please check the installation "
-    "and then retry the operation.";
+    "and then retry the operation.");
 
 // No installation comes near these; beyond them a file is some other file.
 constexpr uint64_t kLargestFile = 16 * 1024 * 1024;  // bytes

@@ -25,14 +25,15 @@ constexpr Result kInitialised = 1;
 const char* MonitorFailureText(platform::MonitorStep step) {
   switch (step) {
     case platform::MonitorStep::kRegisterClass:
-      return "The monitor class could not be registered with the operating system (OS error = "
-             "%lu).";
+      return PhraseKey(
+          "The monitor class could not be registered with the operating system (OS error = "
+          "%lu).");
     case platform::MonitorStep::kCreateWindow:
-      return "The monitor class could not be created (OS error = %lu).";
+      return PhraseKey("The monitor class could not be created (OS error = %lu).");
     case platform::MonitorStep::kRegisterNotification:
       break;
   }
-  return "The monitor class could not be registered (OS error = %lu).";
+  return PhraseKey("The monitor class could not be registered (OS error = %lu).");
 }
 
 bool IsSensor(const UsbIdentity& usb) {
@@ -116,9 +117,10 @@ Result DevMgr::Finalize() {
 Result DevMgr::CreateDevice(const std::string& instanceId, Device** device) {
   const auto record = FindRecord(instanceId);
   if (record == records_.end()) {
-    return FailWith(kNoInterface,
-                    "Unable to find the interface to the selected hardware.  Please check the "
-                    "connection to the hardware and then retry the operation.");
+    return FailWith(
+        kNoInterface,
+        PhraseKey("Unable to find the interface to the selected hardware.  Please check the "
+                  "connection to the hardware and then retry the operation."));
   }
   record->device->AddRef();
   *device = record->device.get();

@@ -1,27 +1,28 @@
 // The commands that every sensor system knows.
 #include <array>
 
+#include "foundation/support/phrase_lookup.h"
 #include "hardware/failure.h"
 #include "hardware/usb/usb_port.h"
 
 namespace zyr {
 namespace {
 
-constexpr char kNoPing[] =
+constexpr const char* kNoPing = PhraseKey(
     "The hardware could not be pinged.  Please check the hardware connection and then retry the "
-    "operation.";
-constexpr char kNoStatus[] =
+    "operation.");
+constexpr const char* kNoStatus = PhraseKey(
     "The hardware's status could not be obtained.  Please check the hardware connection and then "
-    "retry the operation.";
-constexpr char kUnknownResponse[] =
+    "retry the operation.");
+constexpr const char* kUnknownResponse = PhraseKey(
     "An unknown response was received from the hardware while trying to obtain the sensor ID.  "
-    "Please check the hardware connection and then retry the operation.";
-constexpr char kUnknownError[] =
+    "Please check the hardware connection and then retry the operation.");
+constexpr const char* kUnknownError = PhraseKey(
     "An unknown hardware error was encountered trying to obtain the sensor ID.  Please check the "
-    "hardware connection and then retry the operation.";
-constexpr char kXilinxError[] =
+    "hardware connection and then retry the operation.");
+constexpr const char* kXilinxError = PhraseKey(
     "A Xilinx error was received from the hardware while trying to obtain the sensor ID.  Please "
-    "check the hardware connection and then retry the operation.";
+    "check the hardware connection and then retry the operation.");
 
 constexpr uint8_t kPower = 0x08;
 constexpr uint8_t kController = 0x02;

@@ -10,8 +10,8 @@
 namespace zyr {
 namespace {
 
-constexpr char kInvalidParameter[] = "Invalid image parameter specified.";
-constexpr char kOutOfMemory[] = "Out of memory.";
+constexpr const char* kInvalidParameter = PhraseKey("Invalid image parameter specified.");
+constexpr const char* kOutOfMemory = PhraseKey("Out of memory.");
 
 }  // namespace
 

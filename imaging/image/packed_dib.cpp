@@ -139,14 +139,15 @@ std::unique_ptr<Image> FromHandle(platform::GlobalHandle handle, std::string* me
     if (message != nullptr) *message = GetPhrase(text);
     return nullptr;
   };
-  if (handle == nullptr) return fail("No image was specified");
+  if (handle == nullptr) return fail(PhraseKey("No image was specified"));
   const platform::LockedBlock block(handle);
   if (block.address() == nullptr) {
-    return fail("Out of memory.  Not enough memory was available to operate on the image.");
+    return fail(
+        PhraseKey("Out of memory.  Not enough memory was available to operate on the image."));
   }
   std::unique_ptr<Image> image =
       convert(static_cast<const uint8_t*>(block.address()), block.size());
-  if (image == nullptr) return fail("Invalid image was specified");
+  if (image == nullptr) return fail(PhraseKey("Invalid image was specified"));
   return image;
 }
 

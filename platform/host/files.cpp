@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 #include <random>
+#include <set>
 #include <system_error>
 #include <vector>
 
@@ -76,6 +77,7 @@ struct State {
   bool failMoves = false;
   std::vector<std::string> noWriting;
   std::vector<std::string> noOpening;
+  std::set<fs::path> hidden;
   std::optional<uint64_t> freeSpace = kDefaultFreeSpace;
 };
 
@@ -222,6 +224,13 @@ bool Exists(const fs::path& native) {
 bool IsDirectory(const fs::path& native) {
   std::error_code error;
   return !native.empty() && fs::is_directory(native, error);
+}
+
+// As NTFS lists them.
+void SortWithoutCase(std::vector<std::string>& names) {
+  std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+    return LowerAscii(a) < LowerAscii(b);
+  });
 }
 
 const char* StreamMode(OpenMode mode, bool exists) {
@@ -398,9 +407,25 @@ std::vector<std::string> ListFiles(const std::string& directory, const std::stri
     if (escaped) name = Unescaped(name);
     if (!i->is_directory(error) && MatchesPattern(name, pattern)) names.push_back(name);
   }
-  std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-    return LowerAscii(a) < LowerAscii(b);  // as NTFS lists them
-  });
+  SortWithoutCase(names);
+  return names;
+}
+
+std::optional<std::vector<std::string>> ListDirectories(const std::string& directory) {
+  State& state = TheState();
+  const std::lock_guard lock(state.mutex);
+  ++state.counts.directoriesListed;
+  const fs::path native = Native(directory);
+  if (!IsDirectory(native) || BeginsWithOne(directory, state.noOpening)) return std::nullopt;
+  std::vector<std::string> names;
+  std::error_code error;
+  const bool escaped = StartsWithRoot(native.string());
+  for (fs::directory_iterator i(native, error), end; !error && i != end; i.increment(error)) {
+    const std::string name = i->path().filename().string();
+    if (!i->is_directory(error) || state.hidden.count(i->path()) != 0) continue;
+    names.push_back(escaped ? Unescaped(name) : name);
+  }
+  SortWithoutCase(names);
   return names;
 }
 
@@ -486,6 +511,7 @@ void ResetFiles() {
   state.failWrites = state.failSyncs = state.failMoves = false;
   state.noWriting.clear();
   state.noOpening.clear();
+  state.hidden.clear();
   state.freeSpace = kDefaultFreeSpace;
 }
 
@@ -566,6 +592,12 @@ void DenyOpening(const std::string& prefix) {
   State& state = TheState();
   const std::lock_guard lock(state.mutex);
   state.noOpening.push_back(Comparable(prefix));
+}
+
+void HideDirectory(const std::string& path) {
+  State& state = TheState();
+  const std::lock_guard lock(state.mutex);
+  state.hidden.insert(Native(path));
 }
 
 void SetFreeSpace(std::optional<uint64_t> bytes) {

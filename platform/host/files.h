@@ -46,6 +46,8 @@ void FailMoves(bool fail);
 // removed; DenyOpening: can't be opened at all. They add up.
 void DenyWriting(const std::string& prefix);
 void DenyOpening(const std::string& prefix);
+// An existing directory is left out of listings, as its attribute has it.
+void HideDirectory(const std::string& path);
 // 100 GB at first; null: cannot be found out.
 void SetFreeSpace(std::optional<uint64_t> bytes);
 
@@ -54,6 +56,7 @@ struct FileCounts {
   int reads = 0;
   int writes = 0;
   int syncs = 0;
+  int directoriesListed = 0;  // or tried to
   uint64_t bytesRead = 0;
   uint64_t bytesWritten = 0;
   int openHandles = 0;  // now

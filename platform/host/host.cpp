@@ -19,12 +19,14 @@ void ResetAll() {
   ResetSounds();
   ResetClipboard();
   ResetDirectories();
+  ResetDrives();
   ResetVersions();
   ResetSystemInfo();
   ResetUsbDrivers();
   ResetDeviceBus();
   ResetWaitCursor();
   ResetWindowPlacements();
+  ResetPasswordHash();
 }
 
 }  // namespace zyr::platform::host

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string_view>
 
 #include "platform/name_pattern.h"
 #include "platform/own_module.h"
@@ -117,6 +118,20 @@ std::string DriveOf(const std::string& path) {
   return std::string(path.begin(), shareEnd) + "\\";
 }
 
+// A '?' stands for what the code page does not have.
+bool IsSeenDirectory(const WIN32_FIND_DATAA& data) {
+  constexpr DWORD kUnseen = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  const std::string_view name = data.cFileName;
+  return (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
+         (data.dwFileAttributes & kUnseen) == 0 && name != "." && name != ".." &&
+         name.find('?') == std::string_view::npos;
+}
+
+bool ComesBefore(const std::string& a, const std::string& b) {
+  return CompareStringA(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.data(), static_cast<int>(a.size()),
+                        b.data(), static_cast<int>(b.size())) == CSTR_LESS_THAN;
+}
+
 struct FindCloser {
   using pointer = HANDLE;
   void operator()(HANDLE find) const { FindClose(find); }
@@ -198,6 +213,7 @@ bool SyncFile(int handle) {
 }
 
 std::optional<FileStatus> StatusOf(const std::string& path) {
+  const NoSystemBoxes quiet;
   WIN32_FILE_ATTRIBUTE_DATA data;
   if (!IsPath(path) || !GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data)) {
     return std::nullopt;
@@ -225,8 +241,30 @@ std::vector<std::string> ListFiles(const std::string& directory, const std::stri
   return names;
 }
 
+std::optional<std::vector<std::string>> ListDirectories(const std::string& directory) {
+  if (!IsPath(directory)) return std::nullopt;
+  const NoSystemBoxes quiet;
+  const char* const end = IsSeparator(directory.back()) ? "*" : "\\*";
+  WIN32_FIND_DATAA data;
+  const HANDLE first =
+      FindFirstFileExA((directory + end).c_str(), FindExInfoBasic, &data,
+                       FindExSearchLimitToDirectories, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+  std::vector<std::string> names;
+  if (first == INVALID_HANDLE_VALUE) {
+    if (GetLastError() != ERROR_FILE_NOT_FOUND) return std::nullopt;
+    return names;  // the root of an empty drive
+  }
+  const std::unique_ptr<HANDLE, FindCloser> find(first);
+  do {
+    if (IsSeenDirectory(data)) names.push_back(data.cFileName);
+  } while (FindNextFileA(find.get(), &data));
+  std::sort(names.begin(), names.end(), ComesBefore);
+  return names;
+}
+
 bool MakeDirectory(const std::string& path) {
   if (!IsPath(path)) return false;
+  const NoSystemBoxes quiet;
   return CreateDirectoryA(path.c_str(), nullptr) || IsDirectory(path);
 }
 

@@ -26,6 +26,19 @@ inline int64_t SecondsOf(const FILETIME& time) {
   return since1970 % kFileTimeUnitsPerSecond < 0 ? seconds - 1 : seconds;
 }
 
+// While it stands, this thread's calls fail where the system would otherwise bring up a box and ask
+// for a disk to be put into an empty drive.
+class NoSystemBoxes {
+ public:
+  NoSystemBoxes() { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &previous_); }
+  ~NoSystemBoxes() { SetThreadErrorMode(previous_, nullptr); }
+  NoSystemBoxes(const NoSystemBoxes&) = delete;
+  NoSystemBoxes& operator=(const NoSystemBoxes&) = delete;
+
+ private:
+  DWORD previous_ = 0;
+};
+
 // The module that this code is linked into, be it a DLL or a program.
 HMODULE OwnModule();
 // The same with a reference for the caller, who frees it. Null only if that fails.

@@ -31,6 +31,8 @@ class CaptureDialogFixture : public AcquireTest, public CaptureDialogOwner {
   void NotifyXferReady() override { Notified(&xferReadies_); }
   void NotifyCloseDSReq() override { Notified(&closeRequests_); }
   bool IsDelivering() const override { return isDelivering_; }
+  void SetGrayscaleDepth(uint32_t bits) override { depth_ = bits; }
+  void FillSettingsList(SettingsListControl*) const override {}
   void Notified(int* count) {
     ++*count;
     if (onNotify_) onNotify_();
@@ -60,6 +62,7 @@ class CaptureDialogFixture : public AcquireTest, public CaptureDialogOwner {
   int xferReadies_ = 0;
   int closeRequests_ = 0;
   bool isDelivering_ = false;
+  uint32_t depth_ = 0;
 };
 
 }  // namespace zyr::test

@@ -242,6 +242,52 @@ TEST_F(CaptureDialogTest, OpensAnImageForEditing) {
   EXPECT_EQ(open(0, true, [this] { dialog_.reset(); }), 1);
 }
 
+TEST_F(CaptureDialogTest, OpensTheOptionsOnceAndShowsWhatTheyChanged) {
+  OpenWithImages();
+  const int refreshes = view_->refreshes;
+  host::DenyRegistryWrites(true);
+  host::AnswerNextQuestion(false);
+  view_->Press(kCommandOptions);
+  EXPECT_EQ(LastPrompt(), "Invalid Privileges!");
+  EXPECT_EQ(view_->optionsShown, 0);
+  host::AnswerNextQuestion(true);
+  view_->answers.options = [](OptionsDialog& dialog, RecordedOptionsView& options) {
+    dialog.OnOK();
+    EXPECT_FALSE(options.ended) << "nothing could be saved";
+    dialog.OnCancel();
+  };
+  view_->Press(kCommandOptions);
+  EXPECT_EQ(LastPrompt(), "Error Saving Settings");
+  EXPECT_EQ(view_->refreshes, refreshes);
+
+  host::DenyRegistryWrites(false);
+  SetSelectedSensorHWID("id");
+  SetSelectedSensorNAME("LUMORAY");
+  const std::string before = view_->tips[kCommandSelectSensor];
+  view_->answers.options = [this](OptionsDialog& dialog, RecordedOptionsView& options) {
+    for (const uint32_t command : {kCommandOptions, kCommandSelectSensor, kCommandReturnImages}) {
+      view_->Press(command);
+    }
+    dialog.OnSelect(0, 2);  // the bit depth
+    dialog.OnSelect(1, 0);  // the sensor
+    options.pages.at(options.shown)->values[1] = 0;
+    dialog.OnOK();
+  };
+  view_->Press(kCommandOptions);
+  EXPECT_EQ(view_->optionsShown, 2) << "not twice";
+  EXPECT_EQ(view_->selectionsShown + xferReadies_, 0);
+  EXPECT_EQ(depth_, 16u);
+  EXPECT_NE(view_->tips[kCommandSelectSensor], before);
+  EXPECT_EQ(view_->refreshes, refreshes + 1);
+
+  view_->answers.options = [this](OptionsDialog& dialog, RecordedOptionsView&) {
+    platform::DestroyWindowOf(view_->window);  // by the application
+    dialog.OnOK();
+  };
+  view_->Press(kCommandOptions);
+  EXPECT_FALSE(view_->windowAlive());
+}
+
 TEST_F(CaptureDialogTest, OpensItsHelp) {
   ASSERT_TRUE(Open());
   view_->Press(kCommandHelp);

@@ -1,6 +1,6 @@
 // What the application gets of an exposure, bit for bit: from the simulated sensor through the
-// whole capture with the settings that a new installation has. Whoever captures the same exposure
-// under Windows gets the same.
+// whole capture, with the settings that a new installation has and with others. Whoever captures
+// the same exposure under Windows gets the same.
 #include <zlib.h>
 
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@
 namespace zyr::test {
 namespace {
 
-// Lines of family, size and depth, and the CRC-32 of the samples.
+// Lines of family, size, settings and depth, and the CRC-32 of the samples.
 constexpr char kGolden[] =
 #include "tests/acquire/golden/delivered.inc"
     ;
@@ -36,16 +36,21 @@ class DeliveredCaptureTest : public CaptureDialogFixture {
     host::HoldThreads(true);
     SensorSettings() = {};
     PutSensorSettings();
-    SetAlwaysPromptForSensor(false);
-    SetProceedDirectlyToScan(true);
-    SetSISingleCaptureMode(true);
-    SetReturnImmediatelyAfterCap(true);
+    PutSettings();
   }
   void TearDown() override {
     dialog_.reset();
     host::ResetThreads();
     sensors_.reset();
     CaptureDialogFixture::TearDown();
+  }
+
+  static void PutSettings() {
+    host::ClearRegistry();
+    SetAlwaysPromptForSensor(false);
+    SetProceedDirectlyToScan(true);
+    SetSISingleCaptureMode(true);
+    SetReturnImmediatelyAfterCap(true);
   }
 
   // A sensor as `zyrsim plug` has it.
@@ -98,17 +103,42 @@ class DeliveredCaptureTest : public CaptureDialogFixture {
   }
 };
 
+void NewSettings() {}
+
+// As a user sets them on the pages of the options: every control of image processing is moved.
+void OtherSettings() {
+  SetImageAdjustment("ZYR2000", {20, 30, 1.2});
+  SetMedian("ZYR2000", 1);
+  SetSharpening("ZYR2000", {true, 3, 30});
+  SetLaplace("ZYR2000", {true, 5, 6});
+  SetSmoothing("ZYR2000", {true, 7, 20});
+  SetImageAdjustment("ZYR303", {-15, 12, 0.9});
+  SetMedian("ZYR303", 3);
+  SetSharpening("ZYR303", {true, 5, 25});
+  SetLaplace("ZYR303", {false, 3, 3});
+  SetSmoothing("ZYR303", {false, 3, 50});
+}
+
 TEST_F(DeliveredCaptureTest, IsTheSameEverywhere) {
   const struct {
     const char* name;
     simulator::Family family;
     simulator::Size size;
-  } kSensors[] = {{"2000-A", simulator::kFamily2000, simulator::kSizeA},
-                  {"2000-D", simulator::kFamily2000, simulator::kSizeD},
-                  {"303-C", simulator::kFamily303, simulator::kSizeC},
-                  {"303-D", simulator::kFamily303, simulator::kSizeD}};
+    void (*put)();
+  } kSensors[] = {{"2000-A", simulator::kFamily2000, simulator::kSizeA, NewSettings},
+                  {"2000-D", simulator::kFamily2000, simulator::kSizeD, NewSettings},
+                  {"303-C", simulator::kFamily303, simulator::kSizeC, NewSettings},
+                  {"303-D", simulator::kFamily303, simulator::kSizeD, NewSettings},
+                  {"2000-A-other", simulator::kFamily2000, simulator::kSizeA, OtherSettings},
+                  {"303-C-other", simulator::kFamily303, simulator::kSizeC, OtherSettings},
+                  {"2000-A-unstretched", simulator::kFamily2000, simulator::kSizeA,
+                   [] { SetHistStretch(false); }},
+                  {"2000-D-binned", simulator::kFamily2000, simulator::kSizeD,
+                   [] { SetBinning("ZYR2000", true); }}};
   std::string delivered = "sensor-depth crc\n";
   for (const auto& sensor : kSensors) {
+    PutSettings();
+    sensor.put();
     Capture(sensor.family, sensor.size);
     if (HasFatalFailure()) return;
     delivered += std::string(sensor.name) + "-16 " + DeliveredCrc(true) + "\n";

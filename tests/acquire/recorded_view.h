@@ -16,6 +16,7 @@
 #include "platform/host/messages.h"
 #include "tests/acquire/recorded_image_view.h"
 #include "tests/acquire/recorded_selection.h"
+#include "tests/settings/recorded_pages.h"
 
 namespace zyr::test {
 
@@ -32,6 +33,7 @@ struct ModalAnswers {
   std::function<std::optional<size_t>(const std::vector<SensorRow>&)> sensor;
   std::function<std::optional<ThumbnailGridSize>(ThumbnailGridSize present)> grid;
   std::function<void(ImageDialog& dialog)> image;  // ends it; null for Cancel
+  std::function<void(OptionsDialog& dialog, RecordedOptionsView& view)> options;
 };
 
 // Outlives the view, so that a test can look at it after the dialog is gone.
@@ -40,6 +42,7 @@ struct ViewRecord {
   int viewsMade = 0;
   ModalAnswers answers;
   int selectionsShown = 0;
+  int optionsShown = 0;
   std::function<void(const StatusLine&)> onStatus;  // after each line and each change of one
   std::weak_ptr<CaptureDialog> dialog;
   platform::Window window = nullptr;
@@ -156,6 +159,15 @@ class RecordedView : public CaptureDialogView {
     view->user = record_->answers.image;
     return view;
   }
+  std::unique_ptr<OptionsDialogView> MakeOptionsDialogView() override {
+    auto view = std::make_unique<RecordedOptionsView>();
+    view->user = [record = record_, seen = view.get()](OptionsDialog& dialog) {
+      ++record->optionsShown;
+      if (record->answers.options) record->answers.options(dialog, *seen);
+    };
+    return view;
+  }
+  std::unique_ptr<DirectorySelectionView> MakeDirectorySelectionView() override { return nullptr; }
   std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) override {
     return record_->answers.grid ? record_->answers.grid(present) : std::nullopt;
   }

@@ -25,7 +25,7 @@ class ImagingTest : public testing::Test {
     platform::host::ResetAll();
     platform::host::PutFile(R"(C:\out\other)", "");
     g_fractions.clear();
-    ReportImageError(77, "none");
+    ReportImageError(77, "-");
   }
   void TearDown() override {
     EXPECT_EQ(platform::host::LiveBlocks() + platform::host::HeldLocks(), 0u);
@@ -37,7 +37,7 @@ class ImagingTest : public testing::Test {
 inline void ExpectError(uint32_t code, const std::string& text) {
   EXPECT_EQ(LastImageErrorCode(), code);
   EXPECT_EQ(LastImageErrorText(), text);
-  ReportImageError(77, "none");
+  ReportImageError(77, "-");
 }
 
 inline uint32_t Random(uint32_t limit) {

@@ -107,7 +107,7 @@ TEST_F(JpegTest, TornAndGreedyFilesFailOrGiveAPicture) {
       const bool read = Load(bytes);
       ASSERT_EQ(read, loaded_.IsValid()) << size;
       EXPECT_EQ(read, LastImageErrorCode() == 77) << size;
-      ReportImageError(77, "none");
+      ReportImageError(77, "-");
     }
   }
   EXPECT_FALSE(Load("no picture"));

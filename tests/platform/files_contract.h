@@ -19,6 +19,7 @@ std::string FreshFolder();
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::Optional;
 using ::testing::UnorderedElementsAre;
 
 inline std::string Contents(const std::string& path) {
@@ -155,6 +156,24 @@ TEST(FilesContract, ListingMatchesWholeNamesOfFilesOnly) {
               UnorderedElementsAre("a.raw", "B.RAW", "c.rawback", "d.ra"));
   EXPECT_THAT(ListFiles(folder, "*a*e.r?w"), ElementsAre("long name.raw"));
   EXPECT_THAT(ListFiles(folder, ""), IsEmpty());
+}
+
+TEST(FilesContract, DirectoriesAreListedByNameAndWithoutFiles) {
+  const std::string folder = FreshFolder();
+  EXPECT_THAT(ListDirectories(folder), Optional(IsEmpty()));
+  for (const char* name : {"b", "C", "a.raw", "R\xF6ntgen 100%"}) {
+    ASSERT_TRUE(MakeDirectory(folder + "\\" + name));
+  }
+  ASSERT_TRUE(MakeDirectory(folder + "\\C\\deeper"));
+  ASSERT_TRUE(Put(folder + "\\file", OpenMode::kWrite, ""));
+  const auto sorted = Optional(ElementsAre("a.raw", "b", "C", "R\xF6ntgen 100%"));
+  EXPECT_THAT(ListDirectories(folder), sorted);
+  EXPECT_THAT(ListDirectories(folder + "\\"), sorted);
+  EXPECT_TRUE(ListDirectories("C:\\"));
+  for (const std::string& path : {folder + "\\missing", folder + "\\file", std::string(),
+                                  folder + "\\" + std::string(300, 'x')}) {
+    EXPECT_FALSE(ListDirectories(path)) << path;
+  }
 }
 
 TEST(FilesContract, MovingReplacesOnlyWhenAsked) {

@@ -3,13 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "foundation/support/error.h"
 #include "foundation/support/phrase_lookup.h"
 #include "platform/host/host.h"
 #include "settings/directories.h"
+#include "tests/support/phrase_witness.h"
 
 namespace zyr {
 namespace {
@@ -79,6 +82,40 @@ TEST_F(PhrasesTest, ATornOrHostileFileCountsUpToTheTornLine) {
   }
 }
 
+TEST_F(PhrasesTest, ALargeFileLoadsAndAnEnormousOneCountsAsUnreadable) {
+  std::string bytes = "X\n";
+  for (int i = 0; i < 100000; ++i) {
+    const std::string number = std::to_string(i);
+    bytes += "\"key " + number + "\" = \"" + number + "\"\n";
+  }
+  ASSERT_TRUE(Load(bytes));
+  EXPECT_EQ(table_.Translate("key 0"), "0");
+  EXPECT_EQ(table_.Translate("key 99999"), "99999");
+  EXPECT_FALSE(Load(bytes + std::string(16 << 20, '\n')));
+  EXPECT_EQ(table_.Translate("key 0"), "key 0");
+}
+
+// As the capture thread does, while the user changes the language.
+TEST_F(PhrasesTest, TextsAreTranslatedWhileTheTableIsReplaced) {
+  host::PutFile("C:\\one", "One\n\"a long enough key\" = \"the first long translation\"\n");
+  host::PutFile("C:\\two", "Two\n\"a long enough key\" = \"the second long translation\"\n");
+  std::atomic<bool> ended = false;
+  std::atomic<int> strange = 0;
+  std::thread reader([&] {
+    while (!ended) {
+      const std::string text = table_.Translate("a long enough key");
+      if (text != "a long enough key" && text.find("long translation") > 11) ++strange;
+    }
+  });
+  for (int i = 0; i < 300; ++i) {
+    EXPECT_TRUE(table_.Load(i % 3 == 0 ? "C:\\one" : i % 3 == 1 ? "C:\\two" : ""));
+    table_.Reset();
+  }
+  ended = true;
+  reader.join();
+  EXPECT_EQ(strange, 0);
+}
+
 TEST_F(PhrasesTest, LongLinesComeInPiecesOf2047Bytes) {
   // The line is one byte too long: its last quotation mark comes alone, in the next piece.
   const auto line = [](size_t length) { return "\"k\"=\"" + std::string(length - 6, 'v') + "\""; };
@@ -105,6 +142,7 @@ TEST_F(PhrasesTest, TestModeAndProviderTakeTheTablesPlace) {
 }
 
 TEST_F(PhrasesTest, TheGlobalTableServesErrorsAndKeepsHostileFormatsFromThem) {
+  const test::MadeUpPhrases madeUp;
   host::PutFile(kPath,
                 "X\n"
                 "\"%lu of %s\" = \"%s%s%s%n\"\n"
@@ -127,6 +165,8 @@ TEST_F(PhrasesTest, FindsTheInstalledLanguages) {
   std::vector<std::string> names;
   for (const std::string& path : FindLanguageFiles()) names.push_back(GetLanguageName(path));
   EXPECT_EQ(names, (std::vector<std::string>{"Fran\xE7ois", "Deutsch"}));
+  host::PutFile(folder + "\\Zeros.Phrases", std::string(5000, '\0'));
+  EXPECT_EQ(GetLanguageName(folder + "\\Zeros.Phrases"), "");
   EXPECT_EQ(GetLanguageName(""), "");
   EXPECT_EQ(GetLanguageName(folder + "\\none"), "");
 }

@@ -7,19 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "settings/settings_list.h"
 #include "twain/capabilities/capability.h"
 #include "twain/triplet.h"
 
 namespace zyr {
-
-// A two-column table of names and values, as the settings view shows it.
-class SettingsListControl {
- public:
-  virtual ~SettingsListControl() = default;
-  virtual void RemoveAllColumns() = 0;
-  virtual void AddColumn(const std::string& title, int width) = 0;  // left aligned
-  virtual void AddRow(const std::string& name, const std::string& value) = 0;
-};
 
 // Application's thread only.
 class CapabilityStore {

@@ -7,6 +7,7 @@
 #include "controls/dialog_font.h"
 #include "controls/dialog_window.h"
 #include "controls/icon_button.h"
+#include "controls/text_size.h"
 #include "resources/resource.h"
 
 namespace zyr {
@@ -56,23 +57,12 @@ SIZE FrameOf(HWND dialog) {
   return {outer.right - outer.left - client.right, outer.bottom - outer.top - client.bottom};
 }
 
-SIZE CaptionSize(HDC dc, const std::string& caption) {
-  RECT area = {};
-  DrawTextA(dc, caption.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
-  return {area.right, area.bottom};
-}
-
 SIZE LargestCaption(HWND dialog) {
-  const HDC dc = GetDC(dialog);
-  const HGDIOBJ previous =
-      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(dialog, WM_GETFONT, 0, 0)));
   SIZE largest = {};
   for (const ColumnButton& button : kColumn) {
-    const SIZE size = CaptionSize(dc, WindowText(GetDlgItem(dialog, button.control)));
+    const SIZE size = TextSize(dialog, WindowText(GetDlgItem(dialog, button.control)));
     largest = {std::max(largest.cx, size.cx), std::max(largest.cy, size.cy)};
   }
-  SelectObject(dc, previous);
-  ReleaseDC(dialog, dc);
   return largest;
 }
 
@@ -173,9 +163,10 @@ HDWP CaptureDialogLayout::PlacePanels(HDWP moves, const RECT& area, bool split) 
 
 HDWP CaptureDialogLayout::Move(HDWP moves, int control, const RECT& to) const {
   if (moves == nullptr) return nullptr;  // out of memory
+  // Copied, what a button shows would be that of the one which was in its place.
   return DeferWindowPos(moves, GetDlgItem(dialog_, control), nullptr, to.left, to.top,
                         std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
-                        SWP_NOZORDER | SWP_NOACTIVATE);
+                        SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 }  // namespace zyr

@@ -15,6 +15,8 @@
 #include "controls/activation_context.h"
 #include "controls/dialog_font.h"
 #include "controls/dialog_window.h"
+#include "controls/directory_selection_window.h"
+#include "controls/options/options_window.h"
 #include "platform/own_module.h"
 #include "platform/resources.h"
 #include "resources/resource.h"
@@ -104,6 +106,12 @@ class Win32CaptureDialogView : public CaptureDialogView {
   }
   std::unique_ptr<ImageDialogView> MakeImageDialogView() override {
     return MakeWin32ImageDialogView();
+  }
+  std::unique_ptr<OptionsDialogView> MakeOptionsDialogView() override {
+    return MakeWin32OptionsDialogView();
+  }
+  std::unique_ptr<DirectorySelectionView> MakeDirectorySelectionView() override {
+    return MakeWin32DirectorySelectionView();
   }
   std::optional<ThumbnailGridSize> AskForThumbnailGrid(ThumbnailGridSize present) override;
 

@@ -14,6 +14,7 @@
 #include "controls/image_viewer/image_viewer_window.h"
 #include "controls/mnemonics.h"
 #include "controls/modal_dialog.h"
+#include "controls/text_size.h"
 #include "resources/resource.h"
 
 namespace zyr {
@@ -45,6 +46,7 @@ constexpr int kMargin = 8;
 constexpr int kSliderRow = 32;
 constexpr int kBelowSlider = 8;  // where its ticks are
 constexpr SIZE kButton = {84, 26};
+constexpr int kAroundCaption = 24;
 constexpr SIZE kLeast = {420, 400};
 constexpr SIZE kFirst = {640, 700};
 constexpr int kPercentOfScreen = 85;
@@ -52,14 +54,7 @@ constexpr int kPercentOfScreen = 85;
 const char kWidestValue[] = "-100 ";
 
 int TextWidth(HWND window, const std::string& text) {
-  const HDC dc = GetDC(window);
-  const HGDIOBJ previous =
-      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(window, WM_GETFONT, 0, 0)));
-  RECT area = {};
-  DrawTextA(dc, text.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
-  SelectObject(dc, previous);
-  ReleaseDC(window, dc);
-  return static_cast<int>(area.right);
+  return static_cast<int>(TextSize(window, text).cx);
 }
 
 const SliderRow* RowOf(uint32_t slider) {
@@ -87,7 +82,7 @@ class Win32GammaDialogView : public GammaDialogView, private ModalDialog {
   INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
   void OnGone() override { StopTimer(); }
 
-  void MarkLabels();
+  void MeasureTexts();
   void Place();
   POINT WithFrame(SIZE client) const;
   void Arrange() const;
@@ -102,6 +97,7 @@ class Win32GammaDialogView : public GammaDialogView, private ModalDialog {
   ImageViewerWindow viewer_;
   int labelWidth_ = 0;
   int valueWidth_ = 0;
+  int buttonWidth_ = 0;
 };
 
 bool Win32GammaDialogView::Run(GammaDialog* dialog, platform::Window owner) {
@@ -144,13 +140,13 @@ void Win32GammaDialogView::StopTimer() {
 void Win32GammaDialogView::Initialise() {
   viewer_.Attach(Control(IDC_GAMMA_VIEWER));
   viewer().SetToolBarsAllowed(kToolBars);
-  MarkLabels();
+  MeasureTexts();
   Place();
   dialog_->OnInitDialog();
   SetFocus(Control(IDC_BRIGHTNESS_SLIDER));
 }
 
-void Win32GammaDialogView::MarkLabels() {
+void Win32GammaDialogView::MeasureTexts() {
   Mnemonics mnemonics;
   for (const SliderRow& row : kRows) {
     const HWND label = Control(row.label);
@@ -158,23 +154,21 @@ void Win32GammaDialogView::MarkLabels() {
     labelWidth_ = std::max(labelWidth_, TextWidth(label, WindowText(label)));
   }
   valueWidth_ = TextWidth(Control(kRows[0].value), kWidestValue);
+  buttonWidth_ = Scaled(kButton.cx);
+  for (const int button : {IDOK, IDCANCEL}) {
+    const int text = TextWidth(Control(button), WindowText(Control(button)));
+    buttonWidth_ = std::max(buttonWidth_, text + Scaled(kAroundCaption));
+  }
 }
 
 POINT Win32GammaDialogView::WithFrame(SIZE client) const {
-  RECT outer;
-  RECT inner;
-  GetWindowRect(hwnd(), &outer);
-  GetClientRect(hwnd(), &inner);
-  return {Scaled(client.cx) + outer.right - outer.left - inner.right,
-          Scaled(client.cy) + outer.bottom - outer.top - inner.bottom};
+  const SIZE outer = WithFrameOnScreen(hwnd(), {Scaled(client.cx), Scaled(client.cy)});
+  return {outer.cx, outer.cy};
 }
 
 void Win32GammaDialogView::Place() {
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoA(MonitorFromWindow(owner_ != nullptr ? owner_ : hwnd(), MONITOR_DEFAULTTONEAREST),
-                  &monitor);
-  const LONG most = (monitor.rcWork.bottom - monitor.rcWork.top) * kPercentOfScreen / 100;
+  const RECT screen = WorkAreaOf(owner_ != nullptr ? owner_ : hwnd());
+  const LONG most = (screen.bottom - screen.top) * kPercentOfScreen / 100;
   const POINT first = WithFrame(kFirst);
   SetWindowPos(hwnd(), nullptr, 0, 0, first.x, std::min(first.y, most),
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -197,9 +191,9 @@ void Win32GammaDialogView::Arrange() const {
     moves = PlaceRow(moves, row, area);
     OffsetRect(&area, 0, static_cast<int>(rowHeight));
   }
-  RECT button = {client.right - Scaled(kButton.cx), buttonsTop, client.right, client.bottom};
+  RECT button = {client.right - buttonWidth_, buttonsTop, client.right, client.bottom};
   moves = Move(moves, IDCANCEL, button);
-  OffsetRect(&button, -Scaled(kButton.cx) - margin, 0);
+  OffsetRect(&button, -buttonWidth_ - margin, 0);
   moves = Move(moves, IDOK, button);
   if (moves != nullptr) EndDeferWindowPos(moves);
 }

@@ -78,9 +78,9 @@ std::optional<LRESULT> ImageDialogButtons::OnNotify(const NMHDR& notification) c
 void ImageDialogButtons::SetListOpen(bool open) {
   listOpen_ = open;
   const HWND handle = GetDlgItem(dialog_, IDC_IMAGE_LIST_HANDLE);
-  tips_.Set(handle, GetPhrase(open ? "Hides the list of operations."
-                                   : "Shows the list of "
-                                     "operations."));
+  tips_.Set(handle, GetPhrase(open ? PhraseKey("Hides the list of operations.")
+                                   : PhraseKey("Shows the list of "
+                                               "operations.")));
   InvalidateRect(handle, nullptr, FALSE);
 }
 

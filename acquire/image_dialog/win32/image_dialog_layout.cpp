@@ -8,18 +8,19 @@
 #include "controls/dialog_font.h"
 #include "controls/dialog_window.h"
 #include "controls/icon_button.h"
+#include "controls/text_size.h"
 #include "resources/resource.h"
 
 namespace zyr {
 namespace {
 
-constexpr int kRow[] = {IDC_IMAGE_GROUP,
-                        IDC_IMAGE_GROUP + 1,
-                        IDC_IMAGE_GROUP + 2,
-                        IDC_IMAGE_GROUP + 3,
-                        IDC_IMAGE_GROUP + 4,
-                        IDOK,
-                        IDCANCEL};
+constexpr int kButtons[] = {IDC_IMAGE_GROUP,
+                            IDC_IMAGE_GROUP + 1,
+                            IDC_IMAGE_GROUP + 2,
+                            IDC_IMAGE_GROUP + 3,
+                            IDC_IMAGE_GROUP + 4,
+                            IDOK,
+                            IDCANCEL};
 constexpr int kOtherControls = 4;
 
 // Pixels of a plain screen.
@@ -31,17 +32,7 @@ constexpr int kHandle = 11;
 constexpr int kRoomForList = 860;
 constexpr int kAroundStatus = 4;
 
-SIZE CaptionSize(HWND control) {
-  const std::string caption = WindowText(control);
-  const HDC dc = GetDC(control);
-  const HGDIOBJ previous =
-      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(control, WM_GETFONT, 0, 0)));
-  RECT area = {};
-  DrawTextA(dc, caption.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
-  SelectObject(dc, previous);
-  ReleaseDC(control, dc);
-  return {area.right, area.bottom};
-}
+SIZE CaptionSize(HWND control) { return TextSize(control, WindowText(control)); }
 
 }  // namespace
 
@@ -59,14 +50,8 @@ int ImageDialogLayout::WidthOf(int button) const {
 }
 
 POINT ImageDialogLayout::LeastSize() const {
-  RECT outer;
-  RECT client;
-  GetWindowRect(dialog_, &outer);
-  GetClientRect(dialog_, &client);
-  int row = Scaled(kMargin);
-  for (const int button : kRow) row += WidthOf(button) + Scaled(kMargin);
-  return {std::max(Scaled(kLeast.cx), row) + outer.right - outer.left - client.right,
-          Scaled(kLeast.cy) + outer.bottom - outer.top - client.bottom};
+  const SIZE least = WithFrameOnScreen(dialog_, {Scaled(kLeast.cx), Scaled(kLeast.cy)});
+  return {least.cx, least.cy};
 }
 
 bool ImageDialogLayout::HasRoomForList() const {
@@ -80,10 +65,10 @@ void ImageDialogLayout::Apply(bool listOpen) const {
   RECT client;
   GetClientRect(dialog_, &client);
   const RECT inner = {margin, margin, client.right - margin, client.bottom - margin};
-  const RECT row = {inner.left, inner.top, inner.right, inner.top + rowHeight_};
+  const std::vector<RECT> buttons = ButtonPlaces(static_cast<int>(client.right));
   const RECT status = {inner.left, inner.bottom - statusHeight_, inner.right, inner.bottom};
-  RECT list = {inner.left, row.bottom + margin, inner.left, status.top - margin};
-  if (listOpen) list.right += std::min(static_cast<LONG>(listWidth_), client.right / 3);
+  RECT list = {inner.left, buttons.back().bottom + margin, inner.left, status.top - margin};
+  if (listOpen) list.right += std::min(static_cast<LONG>(listWidth_), client.right * 2 / 5);
   RECT handle = list;
   handle.left = list.right;
   handle.right = handle.left + Scaled(kHandle);
@@ -91,8 +76,8 @@ void ImageDialogLayout::Apply(bool listOpen) const {
   viewer.left = handle.right + margin;
   viewer.right = inner.right;
 
-  HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(kRow)) + kOtherControls);
-  moves = PlaceRow(moves, row);
+  HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(kButtons)) + kOtherControls);
+  for (size_t i = 0; i < buttons.size(); ++i) moves = Move(moves, kButtons[i], buttons[i]);
   moves = Move(moves, IDC_IMAGE_LIST, list);
   moves = Move(moves, IDC_IMAGE_LIST_HANDLE, handle);
   moves = Move(moves, IDC_IMAGE_VIEWER, viewer);
@@ -100,19 +85,24 @@ void ImageDialogLayout::Apply(bool listOpen) const {
   if (moves != nullptr) EndDeferWindowPos(moves);
 }
 
-// The groups from the left, OK and Cancel at the right.
-HDWP ImageDialogLayout::PlaceRow(HDWP moves, const RECT& row) const {
-  const int margin = Scaled(kMargin);
-  const int cancelLeft = static_cast<int>(row.right) - WidthOf(IDCANCEL);
-  const int okLeft = cancelLeft - margin - WidthOf(IDOK);
-  int left = static_cast<int>(row.left);
-  for (const int button : kRow) {
-    if (button == IDOK) left = std::max(left, okLeft);
-    const int right = left + WidthOf(button);
-    moves = Move(moves, button, {left, row.top, right, row.bottom});
-    left = right + margin;
+// The groups from the left, OK and Cancel at the right of the last row.
+std::vector<RECT> ImageDialogLayout::ButtonPlaces(int width) const {
+  const LONG margin = Scaled(kMargin);
+  const LONG right = width - margin;
+  const LONG closing = WidthOf(IDOK) + margin + WidthOf(IDCANCEL);
+  std::vector<RECT> places;
+  RECT place = {margin, margin, margin, margin + rowHeight_};
+  for (const int button : kButtons) {
+    place.right = place.left + WidthOf(button);
+    const LONG needed = button == IDOK ? place.left + closing : place.right;
+    if (needed > right && place.left > margin) {
+      OffsetRect(&place, margin - place.left, rowHeight_ + margin);
+    }
+    if (button == IDOK) OffsetRect(&place, std::max(right - closing - place.left, 0L), 0);
+    places.push_back(place);
+    place.left = place.right + margin;
   }
-  return moves;
+  return places;
 }
 
 HDWP ImageDialogLayout::Move(HDWP moves, int control, const RECT& to) const {

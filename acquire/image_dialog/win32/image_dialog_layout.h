@@ -3,16 +3,19 @@
 
 #include <windows.h>
 
+#include <vector>
+
 namespace zyr {
 
-// The buttons in a row on top, the viewer below it, the list of operations at the viewer's left,
-// the status line at the bottom. User-interface thread only, while the window lives.
+// The buttons on top, in more than one row where there is no room for one, the viewer below it, the
+// list of operations at the viewer's left, the status line at the bottom. User-interface thread
+// only, while the window lives.
 class ImageDialogLayout {
  public:
   // Once the controls have their captions. The list gets `listWidth` pixels where there is room.
   ImageDialogLayout(HWND dialog, int listWidth);
 
-  // The window's, with its frame; the whole row can be seen at it.
+  // The window's, with its frame; all buttons can be seen at it.
   POINT LeastSize() const;
   // Of a window that has just been made.
   bool HasRoomForList() const;
@@ -20,7 +23,8 @@ class ImageDialogLayout {
 
  private:
   int WidthOf(int button) const;
-  HDWP PlaceRow(HDWP moves, const RECT& row) const;
+  // In the order of the keyboard, in a client area of that width.
+  std::vector<RECT> ButtonPlaces(int width) const;
   HDWP Move(HDWP moves, int control, const RECT& to) const;
 
   HWND dialog_;

@@ -131,11 +131,7 @@ void Win32ImageDialogView::Initialise() {
 }
 
 void Win32ImageDialogView::Place() {
-  MONITORINFO monitor = {};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoA(MonitorFromWindow(owner_ != nullptr ? owner_ : hwnd(), MONITOR_DEFAULTTONEAREST),
-                  &monitor);
-  const RECT& screen = monitor.rcWork;
+  const RECT screen = WorkAreaOf(owner_ != nullptr ? owner_ : hwnd());
   const POINT least = layout_->LeastSize();
   const LONG width = (screen.right - screen.left) * kPercentOfScreen / 100;
   const LONG height = (screen.bottom - screen.top) * kPercentOfScreen / 100;

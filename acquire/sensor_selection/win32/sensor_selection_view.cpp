@@ -36,6 +36,18 @@ constexpr Following kFollowing[] = {{IDC_SENSOR_MESSAGE, 0, 0, 1, 0},
                                     {IDOK, 1, 1, 0, 0},
                                     {IDCANCEL, 1, 1, 0, 0}};
 
+RECT PlaceOf(HWND control) {
+  RECT place;
+  GetWindowRect(control, &place);
+  MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+void MoveTo(HWND control, const RECT& place) {
+  SetWindowPos(control, nullptr, place.left, place.top, place.right - place.left,
+               place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 class Win32SensorSelectionView : public SensorSelectionView {
  public:
   bool Run(SensorSelection* dialog, platform::Window owner) override;
@@ -61,6 +73,7 @@ class Win32SensorSelectionView : public SensorSelectionView {
   INT_PTR ColorMessage(HDC dc) const;
   void Place();
   void OnSize(SIZE client);
+  void FitMessage();
   void FitColumns();
 
   HWND Control(int id) const { return GetDlgItem(window_, id); }
@@ -71,6 +84,7 @@ class Win32SensorSelectionView : public SensorSelectionView {
   HWND window_ = nullptr;  // null when the window is gone
   POINT least_ = {};       // the window's outer size at first
   SIZE client_ = {};       // what the controls' places are made for
+  LONG leastMessage_ = 0;  // the height that the message has at first
   Font bold_{BoldMessageFont()};
   std::vector<std::string> titles_;
   uint32_t color_ = 0;
@@ -108,6 +122,7 @@ void Win32SensorSelectionView::SetColumns(const std::vector<std::string>& titles
 void Win32SensorSelectionView::SetMessage(const std::string& text, uint32_t color) {
   color_ = color;
   SetWindowTextA(Control(IDC_SENSOR_MESSAGE), text.c_str());
+  FitMessage();
 }
 
 void Win32SensorSelectionView::SetMessageSecondColor(std::optional<uint32_t> color) {
@@ -149,16 +164,35 @@ void Win32SensorSelectionView::OnSize(SIZE client) {
   for (const Following& follows : kFollowing) {
     if (moves == nullptr) return;  // out of memory
     const HWND control = Control(follows.control);
-    RECT place;
-    GetWindowRect(control, &place);
-    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
+    const RECT place = PlaceOf(control);
     moves = DeferWindowPos(
         moves, control, nullptr, place.left + follows.left * right, place.top + follows.top * down,
         place.right - place.left + follows.width * right,
         place.bottom - place.top + follows.height * down, SWP_NOZORDER | SWP_NOACTIVATE);
   }
   if (moves != nullptr) EndDeferWindowPos(moves);
+  FitMessage();
   FitColumns();
+}
+
+// As high as its text asks for, at the list's expense.
+void Win32SensorSelectionView::FitMessage() {
+  const HWND message = Control(IDC_SENSOR_MESSAGE);
+  const std::string text = WindowText(message);
+  RECT place = PlaceOf(message);
+  RECT list = PlaceOf(List());
+  RECT needed = {0, 0, place.right - place.left, 0};
+  const HDC dc = GetDC(message);
+  const HGDIOBJ previous = SelectObject(dc, bold_.handle());
+  DrawTextA(dc, text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  SelectObject(dc, previous);
+  ReleaseDC(message, dc);
+  const LONG grows = std::max(needed.bottom, leastMessage_) - (place.bottom - place.top);
+  if (grows == 0) return;
+  place.bottom += grows;
+  list.top = std::min(list.top + grows, list.bottom);
+  MoveTo(message, place);
+  MoveTo(List(), list);
 }
 
 // Wide enough for its title and its texts; the last one takes what is left.
@@ -217,6 +251,8 @@ void Win32SensorSelectionView::Initialise(HWND window) {
   SendMessageA(Control(IDC_SENSOR_MESSAGE), WM_SETFONT, reinterpret_cast<WPARAM>(bold_.handle()),
                FALSE);
   ListView_SetExtendedListViewStyle(List(), LVS_EX_FULLROWSELECT);
+  const RECT message = PlaceOf(Control(IDC_SENSOR_MESSAGE));
+  leastMessage_ = message.bottom - message.top;
   Place();
   dialog_->OnInitDialog();
   if (window_ == nullptr) return;

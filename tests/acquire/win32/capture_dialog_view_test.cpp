@@ -50,6 +50,8 @@ class CaptureDialogViewTest : public testing::Test, public CaptureDialogOwner {
   void NotifyXferReady() override { Notified(&xferReadies_); }
   void NotifyCloseDSReq() override { Notified(&closeRequests_); }
   bool IsDelivering() const override { return false; }
+  void SetGrayscaleDepth(uint32_t) override {}
+  void FillSettingsList(SettingsListControl*) const override {}
   void Notified(int* count) {
     ++*count;
     if (onNotify_) onNotify_();

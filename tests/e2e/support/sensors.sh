@@ -33,9 +33,10 @@ expect_captured() { # LABEL PICTURE FAMILY SIZE DEPTH
 # dialog STEP...: works the capture dialog, or with --title a box above it.
 dialog() { e2e_run zyrdialog "$@" >"$E2E_OUT.dialog" 2>&1 || e2e_fail "zyrdialog $*: $(cat "$E2E_OUT.dialog")"; }
 
-# acquire_beside OPTION...: zyracquire in the background; its lines go to $E2E_OUT.acquired.
+# acquire_beside OPTION...: zyracquire in the background, or the copy of it that $acquire_program names; its lines go to
+# $E2E_OUT.acquired.
 acquire_beside() {
-  "$ZYR_WINE_RUN" "$ZYR_BUILD_DIR/bin/zyracquire.exe" --source 'zyr twain' --out "$E2E_OUT_WINDOWS" "$@" </dev/null \
+  "$ZYR_WINE_RUN" "${acquire_program:-$ZYR_BUILD_DIR/bin/zyracquire.exe}" --source 'zyr twain' --out "$E2E_OUT_WINDOWS" "$@" </dev/null \
     >"$E2E_OUT.acquired" 2>&1 &
   acquiring=$!
 }

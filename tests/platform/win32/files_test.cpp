@@ -58,6 +58,14 @@ TEST(FilesWin32, DevicesAreNoFiles) {
   }
 }
 
+TEST(FilesWin32, HiddenDirectoriesAreNotListed) {
+  const std::string folder = FreshFolder();
+  for (const char* name : {"\\seen", "\\hidden", "\\system"}) MakeDirectory(folder + name);
+  ASSERT_TRUE(SetFileAttributesA((folder + "\\hidden").c_str(), FILE_ATTRIBUTE_HIDDEN));
+  ASSERT_TRUE(SetFileAttributesA((folder + "\\system").c_str(), FILE_ATTRIBUTE_SYSTEM));
+  EXPECT_THAT(ListDirectories(folder), Optional(ElementsAre("seen")));
+}
+
 TEST(FilesWin32, FreeSpaceIsThatOfTheDrive) {
   const std::string folder = FreshFolder();
   ULARGE_INTEGER expected;

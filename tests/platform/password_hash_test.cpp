@@ -1,0 +1,1 @@
+#include "tests/platform/password_hash_contract.h"
