@@ -9,7 +9,7 @@ arch=$1 prefix=$2 seconds=$3
 session=$prefix/session
 
 start_x_server() {
-  Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$session/display.number" &
+  Xvfb -displayfd 3 -screen 0 "${ZYR_SCREEN:-1280x900}x24" -nolisten tcp 3>"$session/display.number" &
   xvfb=$!
   trap 'kill "$xvfb" 2>/dev/null; wait "$xvfb" 2>/dev/null' EXIT
   until [ -s "$session/display.number" ]; do

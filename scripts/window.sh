@@ -5,6 +5,16 @@ return_images=1 cancel=2 options=2000 delete_selected=2006 acquire_image=2010 se
 manual_trigger=2013 help=2014 delete_all=2020 thumbnails_command=2007 status_panel=2100 exposure_panel=2101
 thumbnails=2102 rows=2110 columns=2111
 
+# The windows behind the button "Options", by the numbers of their templates.
+options_title="Digital X-ray Options" options_tree=2151
+password_title="ZYR Hardware Settings" password=2203 password_again=2205
+path_title="Select Path" path_tree=2214 new_path=2215
+new_path_title="New Directory" new_path_name=2217
+
+# field PAGE FIELD [PART]: the control of a page of the options, by the page's place among all of them from 0; 6 is the
+# button of a picked text.
+field() { echo $((3000 + $1 * 256 + $2 * 8 + ${3:-0})); }
+
 # zyrdialog ARCH PREFIX BINARIES STEP...: see `zyrdialog --help`.
 zyrdialog() {
   local arch=$1 prefix=$2 binaries=$3

@@ -20,6 +20,24 @@ TEST(DialogScriptTest, TakesStepsApart) {
   EXPECT_EQ(script.steps[3].action, DialogAction::kGone);
 }
 
+TEST(DialogScriptTest, TakesValuesApart) {
+  const DialogScript script = ParseDialogScript(
+      {"slide", "1013", "-20", ",", "branch", "2150", "12/0/3", ",", "type",   "7", "", ",",
+       "is",    "7/2",  "-1",  ",", "choose", "8",    "0",      ",", "expand", "9", "4"});
+  EXPECT_EQ(script.error, "");
+  ASSERT_EQ(script.steps.size(), 6u);
+  EXPECT_EQ(script.steps[0].action, DialogAction::kSlide);
+  EXPECT_EQ(script.steps[0].number, -20);
+  EXPECT_EQ(script.steps[1].path, (std::vector<uint32_t>{12, 0, 3}));
+  EXPECT_EQ(script.steps[2].words, "");
+  EXPECT_EQ(script.steps[3].words, "-1");
+  EXPECT_EQ(script.steps[3].control, 7u);
+  EXPECT_EQ(script.steps[3].inner, 2u);
+  EXPECT_EQ(script.steps[4].control, 8u);
+  EXPECT_EQ(script.steps[4].inner, 0u);
+  EXPECT_EQ(script.steps[5].path, std::vector<uint32_t>{4});
+}
+
 TEST(DialogScriptTest, RefusesWhatIsNoStep) {
   for (const std::vector<std::string>& arguments :
        std::vector<std::vector<std::string>>{{},
@@ -30,6 +48,15 @@ TEST(DialogScriptTest, RefusesWhatIsNoStep) {
                                              {"press", "1", "2"},
                                              {"size", "10"},
                                              {"wait", "1"},
+                                             {"press", "0"},
+                                             {"press", "1/0"},
+                                             {"press", "1/2/3"},
+                                             {"slide", "1", "x"},
+                                             {"choose", "1"},
+                                             {"branch", "1", ""},
+                                             {"branch", "1", "2//3"},
+                                             {"branch", "1", "2/"},
+                                             {"expand", "1", "-1"},
                                              {"--seconds", "x", "wait"}}) {
     EXPECT_NE(ParseDialogScript(arguments).error, "");
   }

@@ -10,6 +10,11 @@ const Option* FindOption(const std::vector<Option>& options, const std::string& 
   return nullptr;
 }
 
+// A negative number is no option.
+bool IsWord(const std::string& argument) {
+  return argument.rfind('-', 0) != 0 || argument.find_first_of("0123456789") == 1;
+}
+
 }  // namespace
 
 Option TextOption(const char* name, std::string* target) {
@@ -25,7 +30,7 @@ std::string ParseCommandLine(const std::vector<std::string>& arguments,
                              const std::vector<Option>& options, std::vector<std::string>* words) {
   for (size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (words != nullptr && argument.rfind('-', 0) != 0) {
+    if (words != nullptr && IsWord(argument)) {
       words->push_back(argument);
       continue;
     }

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "tools/zyrdialog/script.h"
+#include "tools/zyrdialog/win32/dialog_controls.h"
 
 namespace zyr {
 namespace {
 
-constexpr DWORD kLookEvery = 20;      // milliseconds
-constexpr UINT kAnswerWithin = 5000;  // milliseconds
+constexpr DWORD kLookEvery = 20;  // milliseconds
 
 HWND DialogOf(const DialogScript& script) {
   HWND window = nullptr;
@@ -23,29 +23,15 @@ HWND DialogOf(const DialogScript& script) {
 }
 
 HWND ControlOf(const DialogScript& script, const DialogStep& step) {
-  return GetDlgItem(DialogOf(script), static_cast<int>(step.control));
-}
-
-// Another program's text; GetWindowText would give what was there when the control was made.
-std::string TextOf(HWND control) {
-  std::vector<char> text(1 << 16);
-  DWORD_PTR length = 0;
-  SendMessageTimeoutA(control, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
-                      SMTO_ABORTIFHUNG, kAnswerWithin, &length);
-  return text.data();
-}
-
-// A box or another modal dialog stands in front when the dialog itself is disabled.
-bool CanBePressed(HWND button) {
-  return button != nullptr && IsWindowVisible(button) && IsWindowEnabled(button) &&
-         IsWindowEnabled(GetParent(button));
+  const HWND control = FindControl(DialogOf(script), step.control);
+  return step.inner != 0 ? FindControl(control, step.inner) : control;
 }
 
 // Posted: what it leads to may take longer than anybody should wait for an answer.
 bool Press(const DialogScript& script, const DialogStep& step) {
   const HWND button = ControlOf(script, step);
-  return CanBePressed(button) &&
-         PostMessageA(GetParent(button), WM_COMMAND, MAKEWPARAM(step.control, BN_CLICKED),
+  return CanBeUsed(button) &&
+         PostMessageA(GetParent(button), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), BN_CLICKED),
                       reinterpret_cast<LPARAM>(button));
 }
 
@@ -85,7 +71,7 @@ bool Resize(HWND dialog, const DialogStep& step) {
 }
 
 // Whether the step is done, or what it waits for is so.
-bool Take(const DialogScript& script, const DialogStep& step) {
+bool Take(const DialogScript& script, const DialogStep& step, bool* asked) {
   switch (step.action) {
     case DialogAction::kWait:
       return DialogOf(script) != nullptr;
@@ -109,7 +95,7 @@ bool Take(const DialogScript& script, const DialogStep& step) {
   if (control == nullptr) return false;
   switch (step.action) {
     case DialogAction::kEnabled:
-      return IsWindowEnabled(control) && IsWindowEnabled(GetParent(control));
+      return IsWindowEnabled(control) && IsWindowEnabled(GetAncestor(control, GA_ROOT));
     case DialogAction::kDisabled:
       return !IsWindowEnabled(control);
     case DialogAction::kVisible:
@@ -123,14 +109,22 @@ bool Take(const DialogScript& script, const DialogStep& step) {
     case DialogAction::kSay:
       std::printf("%s\n", TextOf(control).c_str());
       return true;
-    default:
+    case DialogAction::kPlace:
       return PrintPlace(control);
+    case DialogAction::kValue:
+      std::printf("%s\n", ValueOf(control).c_str());
+      return true;
+    case DialogAction::kIs:
+      return ValueOf(control) == step.words;
+    default:
+      return SetControl(control, step, asked);
   }
 }
 
 bool TakeInTime(const DialogScript& script, const DialogStep& step) {
   const ULONGLONG end = GetTickCount64() + script.seconds * 1000ull;
-  while (!Take(script, step)) {
+  bool asked = false;
+  while (!Take(script, step, &asked)) {
     if (GetTickCount64() >= end) return false;
     Sleep(kLookEvery);
   }
