@@ -15,17 +15,13 @@ struct MenuDeleter {
   void operator()(HMENU menu) const { DestroyMenu(menu); }
 };
 
-const char* ShortcutOf(uint32_t command) {
-  switch (command) {
-    case kImageUndo:
-      return "\tCtrl+Z";
-    case kImageRedo:
-      return "\tCtrl+Y";
-    case kImageCopy:
-      return "\tCtrl+C";
-    default:
-      return "";
-  }
+// Behind a tab; empty without one.
+std::string ShortcutOf(uint32_t command) {
+  const char key = command == kImageUndo   ? 'Z'
+                   : command == kImageRedo ? 'Y'
+                   : command == kImageCopy ? 'C'
+                                           : '\0';
+  return key != '\0' ? '\t' + GetPhrase("Ctrl") + '+' + key : std::string();
 }
 
 UINT StateFlag(bool enabled) { return enabled ? MF_ENABLED : MF_GRAYED; }
