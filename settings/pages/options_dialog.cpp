@@ -1,5 +1,6 @@
 #include "settings/pages/options_dialog.h"
 
+#include <optional>
 #include <utility>
 
 #include "foundation/support/phrase_lookup.h"
@@ -155,12 +156,15 @@ void OptionsDialog::OnButton(size_t page, uint32_t field) {
   shown->OnButton(field);
 }
 
+// What one page cannot keep need not keep the others from taking effect.
 void OptionsDialog::OnOK() {
   if (isBusy_ || !IsOpen()) return;
   const RaisedFlag busy(isBusy_);
+  std::optional<size_t> refused;  // the first one
   for (size_t page = 0; page < pages_.size(); ++page) {
-    if (!pages_[page]->OnApply()) return ShowRefused(page);
+    if (!pages_[page]->OnApply() && !refused) refused = page;
   }
+  if (refused) return ShowRefused(*refused);
   view_.End(true);
 }
 
