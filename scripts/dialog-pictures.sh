@@ -183,6 +183,7 @@ viewer_pictures() {
   take_screen viewer-spectrums
   x key --delay 100 Escape Escape
   titled "Image Display" wait , pause 200
+  x mousemove 1 800 # away from its tool bars
   titled "Image Display" press $viewer_full_screen , pause 700
   take_screen full-screen
   x key Escape

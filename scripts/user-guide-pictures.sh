@@ -72,9 +72,11 @@ look_at_image() {
   image press $cancel , gone
 }
 
-# The options: pages of each kind, and the windows that they lead to.
+# The options as they are installed: pages of each kind, and the windows that they lead to.
 look_at_options() {
   local shown=(dialog --title "$options_title")
+  module_settings x64 "$prefix" CheckForConflicts=1
+  x mousemove 1 1
   dialog press $options
   "${shown[@]}" wait , size 740 460 , branch $options_tree 0/0 , is $options_tree 0/0
   take options-twain "$options_title"

@@ -16,7 +16,7 @@ namespace {
 constexpr size_t kMostDigits = 9;
 
 // Pixels of a plain screen.
-constexpr int kAroundText = 9;  // above and below the text of an edit, and its border, together
+constexpr int kAroundText = 7;  // of an edit, border and all; the text stands at its top
 constexpr int kBesideText = 16;
 constexpr int kLeastNumber = 64;
 constexpr int kLeastPath = 160;
