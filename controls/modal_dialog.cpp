@@ -12,6 +12,7 @@
 namespace zyr {
 
 bool ModalDialog::RunModal(WORD dialogTemplate, platform::Window owner) {
+  const platform::LoopVisit visit;
   const ActivationContext look;
   const std::vector<uint8_t> bytes = TemplateWithMessageFont(dialogTemplate);
   if (bytes.empty()) return false;

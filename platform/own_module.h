@@ -32,6 +32,20 @@ class WindowVisit {
   WindowVisit& operator=(const WindowVisit&) = delete;
 };
 
+// Stands for the time of a message loop that the module runs itself. The program's own code comes
+// by there, and may let go of the module in the middle of a call. Any thread: those of the module
+// need none and are left alone.
+class LoopVisit {
+ public:
+  LoopVisit();
+  ~LoopVisit();
+  LoopVisit(const LoopVisit&) = delete;
+  LoopVisit& operator=(const LoopVisit&) = delete;
+
+ private:
+  [[maybe_unused]] bool counts_;
+};
+
 // The window has procedures in this module. To be called during an EntryVisit; the next window
 // takes the place of this one, which must be gone by then.
 void StayLoadedWith(Window window);

@@ -9,6 +9,8 @@ EntryVisit::EntryVisit() = default;
 EntryVisit::~EntryVisit() = default;
 WindowVisit::WindowVisit() = default;
 WindowVisit::~WindowVisit() = default;
+LoopVisit::LoopVisit() : counts_(false) {}
+LoopVisit::~LoopVisit() = default;
 
 void StayLoadedWith(Window) {}
 

@@ -1,5 +1,6 @@
 #include "platform/own_module.h"
 
+#include <atomic>
 #include <exception>
 #include <utility>
 
@@ -27,9 +28,11 @@ constexpr UINT_PTR kTimer = 1;
 
 bool processIsEnding = false;
 
-// The application's thread.
+std::atomic<DWORD> applicationThread = 0;  // of the last visit
+
+// Of that thread alone.
 int visits = 0;                 // under way, one inside the other
-bool calledFromInside = false;  // the entry was, during the outermost visit
+bool calledFromInside = false;  // the entry was, or could be, during the outermost visit
 Window openWindow = nullptr;    // keeps its value when the window is gone
 HMODULE reference = nullptr;
 HWND anchor = nullptr;  // has the timer
@@ -77,7 +80,9 @@ void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
 }
 
 void Enter() {
-  if (visits++ == 0) calledFromInside = false;
+  if (visits++ != 0) return;
+  calledFromInside = false;
+  applicationThread = GetCurrentThreadId();
 }
 
 }  // namespace
@@ -121,6 +126,18 @@ WindowVisit::WindowVisit() {
 }
 
 WindowVisit::~WindowVisit() { --visits; }
+
+// As if called from inside: the reference may be the last one when the call comes to its end.
+LoopVisit::LoopVisit() : counts_(GetCurrentThreadId() == applicationThread) {
+  if (!counts_) return;
+  Enter();
+  calledFromInside = true;
+  Hold();
+}
+
+LoopVisit::~LoopVisit() {
+  if (counts_) --visits;
+}
 
 void StayLoadedWith(Window window) { openWindow = window; }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdio>
 
+#include "platform/own_module.h"
 #include "platform/win32/system.h"
 
 namespace zyr::platform {
@@ -29,6 +30,7 @@ bool ShowPrompt(Window owner, const std::string& text, const std::string& title,
     std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
     return true;
   }
+  const LoopVisit visit;
   const HWND window = IsWindowAlive(owner) ? static_cast<HWND>(owner) : nullptr;
   // Without an owner no window would be disabled, and the user could go on behind the notice.
   const UINT modality = window == nullptr ? MB_TASKMODAL : MB_APPLMODAL;

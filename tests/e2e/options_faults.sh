@@ -1,5 +1,6 @@
 # Options that cannot be kept or used: no right to write the settings, a language file and a folder that are gone. The
 # user is told, the options stay open for another try, and what was set before stays.
+# shellcheck disable=SC2046  # the steps that `page` gives are words
 . "$(dirname "$0")/lib.sh"
 . "$(dirname "$0")/support/pictures.sh"
 . "$(dirname "$0")/support/sensors.sh"
@@ -23,13 +24,12 @@ options wait , check $return_after , choose $mode 0 , press $ok
 told "Error Saving Settings" "The TWAIN settings could not be saved."
 options branch $options_tree 3/0
 told "$password_title" "none has been set yet"
-# shellcheck disable=SC2046  # steps
 options is $options_tree 0/0 , $(page $sensor_page) , check $prompt_sensor , press $ok
-told "Error Saving Settings" "Unable to write or create the value"
+dialog --title "Error Saving Settings" has $message "The TWAIN settings could not be saved." , press $ok , \
+  has $message "The settings could not be saved." , has $message "Unable to write or create the value" , press $ok , gone
 options is $options_tree 0/0 , is $return_after 1 , press $cancel , gone
 dialog press $options
 dialog --title "Invalid Privileges!" press $yes , gone
-# shellcheck disable=SC2046
 options wait , is $return_after 0 , is $mode 1 , $(page $sensor_page) , is $prompt_sensor 0 , press $cancel , gone
 expect_setting ReturnImmediatelyAfterCap 0x0
 
@@ -44,10 +44,8 @@ echo "a language file that goes while it is chosen"
 rm -f "$E2E_TWAIN"/ZYR/Languages/*
 printf 'Gascon\r\n"Acquire Image" = "Gahar"\r\n' >"$E2E_TWAIN/ZYR/Languages/Gascon.Phrases"
 open_options
-# shellcheck disable=SC2046
 options $(page $language_page) , choose $languages 1
 rm "$E2E_TWAIN/ZYR/Languages/Gascon.Phrases"
-# shellcheck disable=SC2046
 options $(page $depth_page) , press $ok
 told "Language" "Gascon.Phrases' could not be read"
 options is $options_tree "${branch[$language_page]}" , choose $languages 0
@@ -58,13 +56,13 @@ echo "a folder on a drive that is gone"
 e2e_settings 'ScanToPath=Q:\Scans'
 start
 open_options
-# shellcheck disable=SC2046
 options $(page $scan_to_page) , is $path 'Q:\Scans' , $(page $depth_page) , press $ok
 told "Invalid Drive/Path Specified" "No images can be saved in the directory 'Q:\\Scans'."
 options is $options_tree "${branch[$scan_to_page]}" , press $pick_path
 dialog --title "$path_title" branch $path_tree 0 , is $path_tree 0 , press $new_path
-dialog --title "$new_path_title" type $new_path_name "nul" , press $ok
-dialog --title "$new_path_title" type $new_path_name "Scans" , press $ok , gone
+# The box has the title of the dialog, which comes up again behind it.
+dialog --title "$new_path_title" type $new_path_name "nul" , press $ok , has $message "is reserved" , press $ok , \
+  type $new_path_name "Scans" , press $ok , gone
 dialog --title "$path_title" press $ok , gone
 options is $path 'C:\Scans'
 accept

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace zyr {
 namespace {
@@ -12,6 +13,8 @@ namespace {
 constexpr unsigned kPatience = 15'000;  // milliseconds, for whatever is waited for
 constexpr UINT kAnswerWithin = 1000;
 constexpr DWORD kStuck = 99;
+constexpr UINT_PTR kSteps = 1;  // timer
+constexpr UINT kLookEvery = 20;
 
 struct Guarded {
   DWORD thread;
@@ -33,7 +36,12 @@ bool IsDialog(HWND window) {
 }
 
 bool IsSourceDialog(HWND window) {
-  return IsDialog(window) && GetDlgItem(window, kButtonAcquire) != nullptr;
+  if (!IsDialog(window)) return false;
+  for (const int control :
+       {int{kButtonAcquire}, int{kOptionsTree}, int{kPassword}, int{kDirectoryTree}}) {
+    if (GetDlgItem(window, control) != nullptr) return true;
+  }
+  return false;
 }
 
 BOOL CALLBACK AnswerBox(HWND window, LPARAM) {
@@ -54,9 +62,18 @@ DWORD WINAPI Guard(void*) {
   End(kStuck, "it does not end");
 }
 
-BOOL CALLBACK TakeDialog(HWND window, LPARAM found) {
-  if (!IsSourceDialog(window) || !IsWindowVisible(window)) return TRUE;
-  *reinterpret_cast<HWND*>(found) = window;
+struct Search {
+  int control;
+  HWND found = nullptr;
+};
+
+BOOL CALLBACK TakeDialog(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<Search*>(parameter);
+  if (!IsDialog(window) || GetDlgItem(window, search.control) == nullptr ||
+      !IsWindowVisible(window)) {
+    return TRUE;
+  }
+  search.found = window;
   return FALSE;
 }
 
@@ -197,10 +214,35 @@ TW_UINT16 Application::TakeEvent() {
   return event;
 }
 
-HWND Application::Dialog() const {
-  HWND found = nullptr;
-  EnumThreadWindows(thread_, TakeDialog, reinterpret_cast<LPARAM>(&found));
-  return found;
+void Application::Schedule(std::vector<Step> steps) {
+  steps_ = std::move(steps);
+  SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetTimer(window_, kSteps, kLookEvery, OnTimer);
+}
+
+// A step may run messages itself.
+void CALLBACK Application::OnTimer(HWND window, UINT, UINT_PTR timer, DWORD) {
+  auto& self = *reinterpret_cast<Application*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+  if (!self.steps_.front().when()) return;
+  KillTimer(window, timer);
+  const Step step = self.steps_.front();
+  step.what();
+  self.steps_.erase(self.steps_.begin());
+  if (!self.steps_.empty()) SetTimer(window, timer, kLookEvery, OnTimer);
+}
+
+HWND Application::Dialog() const { return DialogWith(kButtonAcquire); }
+
+HWND Application::DialogWith(int control) const {
+  Search search{control};
+  EnumThreadWindows(thread_, TakeDialog, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+void Application::Post(int control) {
+  const HWND dialog = Dialog();
+  PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, BN_CLICKED),
+               reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
 }
 
 bool Application::IsVisible(int control) const {
@@ -214,9 +256,7 @@ bool Application::IsEnabled(int control) const {
 void Application::Press(int control) {
   Require(PumpUntil([&] { return IsVisible(control) && IsEnabled(control); }, kPatience),
           "button " + std::to_string(control) + " cannot be pressed");
-  const HWND dialog = Dialog();
-  PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, BN_CLICKED),
-               reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
+  Post(control);
 }
 
 void Application::Arm(int button) {

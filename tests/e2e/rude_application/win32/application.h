@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "twain/twain_types.h"
 
@@ -18,6 +19,7 @@ void Require(bool condition, const std::string& words);
 enum : int {
   kButtonReturn = 1,
   kButtonCancel = 2,
+  kButtonOptions = 2000,
   kButtonAcquire = 2010,
   kButtonSeries = 2012,
   kStatusPanel = 2100,
@@ -25,8 +27,17 @@ enum : int {
   kThumbnailPanel = 2102
 };
 
+// Each in one of the dialogs behind it: the options, their password, a directory.
+enum : int { kOptionsTree = 2151, kPassword = 2203, kDirectoryTree = 2214 };
+
 class Application {
  public:
+  // A moment to wait for, and what is done then.
+  struct Step {
+    std::function<bool()> when;
+    std::function<void()> what;
+  };
+
   // Message boxes of its thread are answered with their default button.
   Application();
 
@@ -50,7 +61,13 @@ class Application {
   // The last of MSG_XFERREADY and MSG_CLOSEDSREQ that the loop was given since the last call.
   TW_UINT16 TakeEvent();
 
+  // By a timer, and so from inside the message loops of the source's dialogs, too.
+  void Schedule(std::vector<Step> steps);
+  bool IsScheduleDone() const { return steps_.empty(); }
+
   HWND Dialog() const;
+  HWND DialogWith(int control) const;
+  void Post(int control);  // its button is pressed, and be it by a dialog that it should be behind
   bool IsVisible(int control) const;
   bool IsEnabled(int control) const;
   void Press(int control);  // once it can be
@@ -60,6 +77,7 @@ class Application {
   void Finish();                             // until the dialog is idle
 
  private:
+  static void CALLBACK OnTimer(HWND window, UINT message, UINT_PTR timer, DWORD time);
   void Offer(MSG* message, bool* taken);
 
   const DWORD thread_ = GetCurrentThreadId();
@@ -72,6 +90,7 @@ class Application {
   TW_IDENTITY identity_{};
   TW_USERINTERFACE userInterface_{};
   TW_UINT16 event_ = MSG_NULL;
+  std::vector<Step> steps_;
 };
 
 unsigned ImagesOnDisk();

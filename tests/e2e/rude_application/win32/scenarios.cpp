@@ -5,8 +5,11 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
+#include <utility>
+#include <vector>
 
 #include "tests/e2e/rude_application/win32/application.h"
+#include "tests/e2e/rude_application/win32/options_way.h"
 
 namespace zyr {
 namespace {
@@ -281,6 +284,58 @@ void ParentGoes(Application& application) {
   }
 }
 
+// --- The user has opened the options ---
+
+void CloseBehindOptions(Application& application) {
+  for (const auto way : {WayToOptions, WayToPassword, WayToDirectories}) {
+    Open(application);
+    DuringOptions(application, way(application), [&] { application.Close(); });
+    RequireNoOptions(application);
+    RequireGone(application);
+  }
+}
+
+void DisableBehindOptions(Application& application) {
+  for (const auto way : {WayToOptions, WayToPassword, WayToDirectories}) {
+    Open(application);
+    DuringOptions(application, way(application), [&] { Disable(application); });
+    RequireNoOptions(application);
+  }
+  Open(application);
+  Capture(application);
+  Disable(application);
+}
+
+// From inside the source's call in which their message loop runs.
+void FreeBehindOptions(Application& application) {
+  OpenDirectly(application);
+  OptionsWay way = WayToOptions(application);
+  way.push_back({[] { return true; }, [&] { application.FreeLibrary(); }});
+  way.push_back({[] { return true; }, [] {}});
+  DuringOptions(application, std::move(way), [&] { DestroyWindow(application.Dialog()); });
+  RequireNoOptions(application);
+  RequireGone(application);
+}
+
+// A timer comes when nothing is posted any more.
+void OptionsTwice(Application& application) {
+  Open(application);
+  OptionsWay way = WayToOptions(application);
+  way.push_back({[] { return true; },
+                 [&] {
+                   application.Post(kButtonOptions);
+                   application.Post(kButtonAcquire);
+                 }});
+  way.push_back({[] { return true; }, [] {}});
+  DuringOptions(application, std::move(way), [&] {
+    DestroyWindow(application.DialogWith(kOptionsTree));
+    Require(application.DialogWith(kOptionsTree) == nullptr, "the options stand twice");
+    Require(application.IsEnabled(kButtonAcquire), "a capture behind the options");
+  });
+  application.Finish();
+  Disable(application);
+}
+
 struct Scenario {
   const char* name;
   void (*run)(Application&);
@@ -296,6 +351,10 @@ constexpr Scenario kScenarios[] = {
     {"disable-inside", DisableInsideXferReady},
     {"close-inside", CloseInsideXferReady},
     {"everything-inside", EverythingInsideXferReady},
+    {"options-twice", OptionsTwice},
+    {"disable-behind-options", DisableBehindOptions},
+    {"close-behind-options", CloseBehindOptions},
+    {"free-behind-options", FreeBehindOptions},
     {"close-while-waiting", CloseWhileWaiting},
     {"close-while-downloading", CloseWhileDownloading},
     {"free-while-waiting", FreeWhileWaiting},
