@@ -1,11 +1,9 @@
 #include "controls/button_icon_design.h"
 
-#include <cmath>
 #include <initializer_list>
-#include <numbers>
 
+#include "controls/icon_strokes.h"
 #include "controls/paint.h"
-#include "controls/vector_icon.h"
 
 namespace zyr {
 namespace {
@@ -17,49 +15,29 @@ constexpr double kHalfWidth = 0.75;
 
 enum class Accent { kBlue, kRed };
 
-using Strokes = std::vector<IconStroke>;
-
 struct Design {
-  Strokes ink;
-  Strokes accent;
+  IconStrokes ink;
+  IconStrokes accent;
   Accent color = Accent::kBlue;
 };
 
-Strokes operator+(Strokes a, const Strokes& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
+IconStrokes Path(std::initializer_list<IconPoint> points, double halfWidth = kHalfWidth) {
+  return IconPath(points, halfWidth);
 }
 
-Strokes Path(std::initializer_list<IconPoint> points, double halfWidth = kHalfWidth) {
-  Strokes strokes;
-  for (const IconPoint* p = points.begin(); p + 1 < points.end(); ++p) {
-    strokes.push_back({p[0], p[1], halfWidth});
-  }
-  return strokes;
-}
-
-Strokes Dot(IconPoint middle, double radius) { return {{middle, middle, radius}}; }
-
-Strokes Rectangle(double left, double top, double right, double bottom,
-                  double halfWidth = kHalfWidth) {
-  return Path({{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}}, halfWidth);
+IconStrokes Rectangle(double left, double top, double right, double bottom,
+                      double halfWidth = kHalfWidth) {
+  return IconRectangle({left, top}, {right, bottom}, halfWidth);
 }
 
 // Clockwise, in quarters of a turn from the right.
-Strokes Arc(IconPoint middle, double radius, double from, double to) {
-  constexpr int kPieces = 24;
-  const auto at = [&](int piece) {
-    const double angle = (from + (to - from) * piece / kPieces) * std::numbers::pi / 2;
-    return IconPoint{middle.x + radius * std::cos(angle), middle.y + radius * std::sin(angle)};
-  };
-  Strokes strokes;
-  for (int i = 0; i < kPieces; ++i) strokes.push_back({at(i), at(i + 1), kHalfWidth});
-  return strokes;
+IconStrokes Arc(IconPoint middle, double radius, double from, double to) {
+  return IconArc(middle, radius, from, to, kHalfWidth);
 }
 
-Strokes Ring(IconPoint middle, double radius) { return Arc(middle, radius, 0, 4); }
+IconStrokes Ring(IconPoint middle, double radius) { return Arc(middle, radius, 0, 4); }
 
-Strokes Cross(IconPoint middle, double reach) {
+IconStrokes Cross(IconPoint middle, double reach) {
   return Path({{middle.x - reach, middle.y - reach}, {middle.x + reach, middle.y + reach}}) +
          Path({{middle.x - reach, middle.y + reach}, {middle.x + reach, middle.y - reach}});
 }
@@ -70,13 +48,13 @@ Design Acquire() {
               Path({{12.25, 2.25}, {15.75, 2.25}, {15.75, 5.75}}) +
               Path({{15.75, 12.25}, {15.75, 15.75}, {12.25, 15.75}}) +
               Path({{5.75, 15.75}, {2.25, 15.75}, {2.25, 12.25}}),
-          Dot({9, 9}, 3)};
+          IconDot({9, 9}, 3)};
 }
 
 // The same target on the first of several sheets.
 Design AcquireSeries() {
   return {Rectangle(1.75, 5.75, 12.25, 16.25) + Path({{4.75, 2.25}, {15.75, 2.25}, {15.75, 13.25}}),
-          Dot({7, 11}, 2.5)};
+          IconDot({7, 11}, 2.5)};
 }
 
 // A flat sensor with its cable.
@@ -103,19 +81,19 @@ Design DeleteAll() {
 Design Options() {
   return {Path({{1.75, 3.75}, {16.25, 3.75}}) + Path({{1.75, 9.25}, {16.25, 9.25}}) +
               Path({{1.75, 14.75}, {16.25, 14.75}}),
-          Dot({11.75, 3.75}, 2.1) + Dot({5.25, 9.25}, 2.1) + Dot({10.25, 14.75}, 2.1)};
+          IconDot({11.75, 3.75}, 2.1) + IconDot({5.25, 9.25}, 2.1) + IconDot({10.25, 14.75}, 2.1)};
 }
 
 Design Thumbnails() {
   return {Rectangle(10.75, 2.25, 15.75, 7.25) + Rectangle(2.25, 10.75, 7.25, 15.75) +
               Rectangle(10.75, 10.75, 15.75, 15.75),
           Rectangle(2.25, 2.25, 7.25, 7.25) + Rectangle(3.25, 3.25, 6.25, 6.25, 1) +
-              Dot({4.75, 4.75}, 2)};
+              IconDot({4.75, 4.75}, 2)};
 }
 
 Design Help() {
   return {Ring({9, 9}, 7.25),
-          Arc({9, 7.1}, 2.3, 2, 4.6) + Path({{10.35, 8.95}, {9, 10.4}}) + Dot({9, 12.9}, 0.95)};
+          Arc({9, 7.1}, 2.3, 2, 4.6) + Path({{10.35, 8.95}, {9, 10.4}}) + IconDot({9, 12.9}, 0.95)};
 }
 
 Design ManualTrigger() {
@@ -152,7 +130,7 @@ Design Flip() {
 
 // An arrow around a point, clockwise.
 Design Rotate() {
-  return {Dot({9, 9.75}, 1.5),
+  return {IconDot({9, 9.75}, 1.5),
           Arc({9, 9.75}, 6, 0, 3.35) + Path({{11.75, 1.5}, {12.25, 5.25}, {8.5, 6}})};
 }
 

@@ -52,6 +52,26 @@ void PlaceWindow(HWND window, int left, int top, int width, int height) {
                SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
+void ResizeWindow(HWND window, LONG width, LONG height) {
+  SetWindowPos(window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+ControlMoves::ControlMoves(HWND dialog, int most, UINT flags)
+    : dialog_(dialog),
+      flags_(SWP_NOZORDER | SWP_NOACTIVATE | flags),
+      moves_(BeginDeferWindowPos(most)) {}
+
+ControlMoves::~ControlMoves() {
+  if (moves_ != nullptr) EndDeferWindowPos(moves_);
+}
+
+void ControlMoves::Move(int control, const RECT& to) {
+  if (moves_ == nullptr) return;  // out of memory
+  moves_ =
+      DeferWindowPos(moves_, GetDlgItem(dialog_, control), nullptr, to.left, to.top,
+                     std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L), flags_);
+}
+
 void MoveFocusTo(HWND control) {
   SendMessageA(GetParent(control), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
@@ -80,6 +100,10 @@ SIZE WithFrameOnScreen(HWND window, SIZE client) {
   return {
       std::min(client.cx + outer.right - outer.left - inner.right, screen.right - screen.left),
       std::min(client.cy + outer.bottom - outer.top - inner.bottom, screen.bottom - screen.top)};
+}
+
+void SetLeastSize(LPARAM minMaxInfo, SIZE least) {
+  reinterpret_cast<MINMAXINFO*>(minMaxInfo)->ptMinTrackSize = {least.cx, least.cy};
 }
 
 void CenterOnScreen(HWND window, HWND owner) {

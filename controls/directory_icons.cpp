@@ -5,7 +5,7 @@
 #include <numbers>
 
 #include "controls/button_icon_design.h"
-#include "controls/vector_icon.h"
+#include "controls/icon_strokes.h"
 
 namespace zyr {
 namespace {
@@ -21,27 +21,14 @@ constexpr COLORREF kAccent = RGB(0x2F, 0x6F, 0xB3);
 constexpr COLORREF kFolderColor = RGB(0xB0, 0x7D, 0x24);
 constexpr COLORREF kFolderBody = RGB(0xF6, 0xD6, 0x86);
 
-using Strokes = std::vector<IconStroke>;
-
 struct Design {
-  Strokes body;
-  Strokes lines;
-  Strokes accent = {};
+  IconStrokes body;
+  IconStrokes lines;
+  IconStrokes accent = {};
 };
 
-Strokes Path(std::initializer_list<IconPoint> points, double halfWidth = kHalfWidth) {
-  Strokes strokes;
-  for (const IconPoint* p = points.begin(); p + 1 < points.end(); ++p) {
-    strokes.push_back({p[0], p[1], halfWidth});
-  }
-  return strokes;
-}
-
-Strokes Dot(IconPoint middle, double radius) { return {{middle, middle, radius}}; }
-
-Strokes operator+(Strokes a, const Strokes& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
+IconStrokes Path(std::initializer_list<IconPoint> points, double halfWidth = kHalfWidth) {
+  return IconPath(points, halfWidth);
 }
 
 Design Folder() {
@@ -56,7 +43,7 @@ Design Folder() {
 Design FixedDrive() {
   return {Path({{3, 9}, {13, 9}}, 2.5),
           Path({{1.5, 5.5}, {14.5, 5.5}, {14.5, 11.5}, {1.5, 11.5}, {1.5, 5.5}}),
-          Dot({11.75, 8.75}, 1.1)};
+          IconDot({11.75, 8.75}, 1.1)};
 }
 
 // The same with an arrow out of it.
@@ -71,7 +58,7 @@ Design NetworkDrive() {
   return {Path({{3, 5}, {13, 5}}, 2),
           Path({{1.5, 2.5}, {14.5, 2.5}, {14.5, 7.5}, {1.5, 7.5}, {1.5, 2.5}}) +
               Path({{8.5, 8}, {8.5, 12}}),
-          Path({{1.5, 13.5}, {14.5, 13.5}}, 0.6) + Dot({8.5, 13.5}, 1.6)};
+          Path({{1.5, 13.5}, {14.5, 13.5}}, 0.6) + IconDot({8.5, 13.5}, 1.6)};
 }
 
 // A disc: its edge in many short lines.
@@ -82,9 +69,9 @@ Design OpticalDrive() {
     const double angle = 2 * std::numbers::pi * piece / kPieces;
     return IconPoint{8 + kRadius * std::cos(angle), 8 + kRadius * std::sin(angle)};
   };
-  Strokes edge;
+  IconStrokes edge;
   for (int i = 0; i < kPieces; ++i) edge.push_back({at(i), at(i + 1), kHalfWidth});
-  return {Dot({8, 8}, kRadius), edge, Dot({8, 8}, 2)};
+  return {IconDot({8, 8}, kRadius), edge, IconDot({8, 8}, 2)};
 }
 
 Design DesignOf(DirectoryKind kind) {

@@ -72,7 +72,6 @@ class DirectorySelectionWindow : public DirectorySelectionView, private ModalDia
   void Place();
   SIZE LeastSize() const;
   void Arrange() const;
-  HDWP Move(HDWP moves, int control, const RECT& to) const;
   INT_PTR OnCommand(WORD command);
   INT_PTR OnNotify(const NMHDR& header);
   INT_PTR OnExpanding(const NMTREEVIEWA& notice);
@@ -150,8 +149,7 @@ SIZE DirectorySelectionWindow::LeastSize() const {
 void DirectorySelectionWindow::Place() {
   const SIZE first = WithFrameOnScreen(hwnd(), {Scaled(kFirst.cx), Scaled(kFirst.cy)});
   const SIZE least = LeastSize();
-  SetWindowPos(hwnd(), nullptr, 0, 0, std::max(first.cx, least.cx), std::max(first.cy, least.cy),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ResizeWindow(hwnd(), std::max(first.cx, least.cx), std::max(first.cy, least.cy));
   CenterAbove(hwnd(), owner_);
 }
 
@@ -169,25 +167,15 @@ void DirectorySelectionWindow::Arrange() const {
   const LONG most = treeBottom - margin - Scaled(kLeastTree) - client.top;
   const LONG headBottom = client.top + std::clamp(needed, 0L, std::max(most, 0L));
 
-  HDWP moves = BeginDeferWindowPos(kControls);
-  moves = Move(moves, IDC_DIRECTORY_HEAD, {client.left, client.top, client.right, headBottom});
-  moves =
-      Move(moves, IDC_DIRECTORY_TREE, {client.left, headBottom + margin, client.right, treeBottom});
-  moves = Move(moves, IDC_DIRECTORY_NEW,
-               {client.left, rowTop, client.left + newButton_.cx, client.bottom});
+  ControlMoves moves(hwnd(), kControls);
+  moves.Move(IDC_DIRECTORY_HEAD, {client.left, client.top, client.right, headBottom});
+  moves.Move(IDC_DIRECTORY_TREE, {client.left, headBottom + margin, client.right, treeBottom});
+  moves.Move(IDC_DIRECTORY_NEW, {client.left, rowTop, client.left + newButton_.cx, client.bottom});
   const LONG top = rowTop + (newButton_.cy - button_.cy) / 2;
   RECT button = {client.right - button_.cx, top, client.right, top + button_.cy};
-  moves = Move(moves, IDCANCEL, button);
+  moves.Move(IDCANCEL, button);
   OffsetRect(&button, static_cast<int>(-button_.cx - margin), 0);
-  moves = Move(moves, IDOK, button);
-  if (moves != nullptr) EndDeferWindowPos(moves);
-}
-
-HDWP DirectorySelectionWindow::Move(HDWP moves, int control, const RECT& to) const {
-  if (moves == nullptr) return nullptr;  // out of memory
-  return DeferWindowPos(moves, Control(control), nullptr, to.left, to.top,
-                        std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
-                        SWP_NOZORDER | SWP_NOACTIVATE);
+  moves.Move(IDOK, button);
 }
 
 INT_PTR DirectorySelectionWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -202,11 +190,9 @@ INT_PTR DirectorySelectionWindow::Handle(UINT message, WPARAM wParam, LPARAM lPa
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) Arrange();
       return TRUE;
-    case WM_GETMINMAXINFO: {
-      const SIZE least = LeastSize();
-      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.cx, least.cy};
+    case WM_GETMINMAXINFO:
+      SetLeastSize(lParam, LeastSize());
       return TRUE;
-    }
     default:
       return FALSE;
   }

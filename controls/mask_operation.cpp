@@ -12,7 +12,6 @@
 #include "controls/text_size.h"
 #include "foundation/support/format.h"
 #include "foundation/support/phrase_lookup.h"
-#include "platform/own_module.h"
 #include "platform/resources.h"
 #include "resources/resource.h"
 
@@ -44,7 +43,9 @@ int PlaceLabel(HWND label, int top, int width, int rowHeight) {
 }  // namespace
 
 CKCTRLPMaskOperation::CKCTRLPMaskOperation()
-    : class_(SharedWindowClass(MASK_OPERATION_CLASS, Procedure)) {}
+    : class_(SharedWindowClass(
+          MASK_OPERATION_CLASS,
+          GuardedProcedure<CKCTRLPMaskOperation, &CKCTRLPMaskOperation::Handle>)) {}
 
 CKCTRLPMaskOperation::~CKCTRLPMaskOperation() {
   if (window_ != nullptr) DestroyWindow(window_);
@@ -196,19 +197,6 @@ void CKCTRLPMaskOperation::Tell() const {
                reinterpret_cast<LPARAM>(window_));
 }
 
-LRESULT CALLBACK CKCTRLPMaskOperation::Procedure(HWND window, UINT message, WPARAM wParam,
-                                                 LPARAM lParam) {
-  const platform::WindowVisit visit;
-  auto* const control =
-      reinterpret_cast<CKCTRLPMaskOperation*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-  if (control == nullptr) return DefWindowProcA(window, message, wParam, lParam);
-  try {
-    return control->Handle(message, wParam, lParam);
-  } catch (...) {  // the system that called this knows no exceptions
-    return 0;
-  }
-}
-
 LRESULT CKCTRLPMaskOperation::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
   switch (message) {
@@ -224,12 +212,8 @@ LRESULT CKCTRLPMaskOperation::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         EnableWindow(child, wParam != FALSE);
       }
       return 0;
-    case WM_ERASEBKGND: {
-      RECT client;
-      GetClientRect(window, &client);
-      FillArea(reinterpret_cast<HDC>(wParam), client, GetSysColor(COLOR_BTNFACE));
-      return TRUE;
-    }
+    case WM_ERASEBKGND:
+      return FillWindow(window, reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_BTNFACE));
     case WM_DESTROY:
       SetWindowLongPtrA(window, GWLP_USERDATA, 0);
       window_ = nullptr;

@@ -47,7 +47,6 @@ class CKCTRLPMaskOperation {
   int Arrange(int width, int labelWidth) const;
 
  private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   HWND Make(Part part, const char* className, DWORD style, const char* text, HFONT font);
   HWND Item(Part part) const { return GetDlgItem(window_, part); }

@@ -81,8 +81,7 @@ void NewDirectoryWindow::Arrange() const {
   Move(IDOK, width - 2 * button.cx, top, button.cx, button.cy);
 
   const SIZE outer = WithFrameOnScreen(hwnd(), {width + 2 * margin, top + button.cy + margin});
-  SetWindowPos(hwnd(), nullptr, 0, 0, outer.cx, outer.cy,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ResizeWindow(hwnd(), outer.cx, outer.cy);
 }
 
 INT_PTR NewDirectoryWindow::Handle(UINT message, WPARAM wParam, LPARAM) {

@@ -13,6 +13,13 @@ void FillArea(HDC dc, const RECT& area, COLORREF color) {
   FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
+LRESULT FillWindow(HWND window, HDC dc, COLORREF color) {
+  RECT client;
+  GetClientRect(window, &client);
+  FillArea(dc, client, color);
+  return TRUE;
+}
+
 void FrameArea(HDC dc, RECT area, int thickness, COLORREF color) {
   SetDCBrushColor(dc, color);
   for (int i = 0; i < thickness; ++i) {
@@ -36,6 +43,25 @@ void PaintThinBorder(HWND window) {
   const COLORREF quiet = Mix(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT), 30);
   FrameArea(dc, frame, 1, GetFocus() == window ? GetSysColor(COLOR_HIGHLIGHT) : quiet);
   ReleaseDC(window, dc);
+}
+
+BITMAPINFO RowsFromTop(LONG width, LONG height) {
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = -height;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  return info;
+}
+
+void DrawPixels(HDC target, const RECT& area, const std::vector<uint32_t>& pixels) {
+  const LONG width = area.right - area.left;
+  const LONG height = area.bottom - area.top;
+  const BITMAPINFO info = RowsFromTop(width, height);
+  SetDIBitsToDevice(target, area.left, area.top, static_cast<DWORD>(width),
+                    static_cast<DWORD>(height), 0, 0, 0, static_cast<UINT>(height), pixels.data(),
+                    &info, DIB_RGB_COLORS);
 }
 
 BufferedPaint::BufferedPaint(HWND window) : window_(window), screen_(BeginPaint(window, &paint_)) {

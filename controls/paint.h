@@ -3,12 +3,17 @@
 
 #include <windows.h>
 
+#include <cstdint>
+#include <vector>
+
 namespace zyr {
 
 // So many percent of the way from one colour to the other.
 COLORREF Mix(COLORREF from, COLORREF to, int percent);
 
 void FillArea(HDC dc, const RECT& area, COLORREF color);
+// All that a window has inside; gives what answers WM_ERASEBKGND.
+LRESULT FillWindow(HWND window, HDC dc, COLORREF color);
 // Just inside the area.
 void FrameArea(HDC dc, RECT area, int thickness, COLORREF color);
 
@@ -17,6 +22,11 @@ void FrameArea(HDC dc, RECT area, int thickness, COLORREF color);
 void UseThinBorder(HWND window);
 // In place of the black border of the system; it shows where the keyboard is.
 void PaintThinBorder(HWND window);
+
+// `width` x `height` pixels of 32 bits, the first row on top.
+BITMAPINFO RowsFromTop(LONG width, LONG height);
+// Puts such pixels where the area is, whose size they have.
+void DrawPixels(HDC target, const RECT& area, const std::vector<uint32_t>& pixels);
 
 // BeginPaint to EndPaint with a bitmap in between, so that nothing flickers.
 class BufferedPaint {

@@ -178,8 +178,7 @@ void Win32PasswordDialogView::Place(int control, const RECT& to) const {
 
 void Win32PasswordDialogView::Resize(LONG clientHeight) const {
   const SIZE outer = WithFrameOnScreen(hwnd(), {textWidth_ + 2 * Scaled(kMargin), clientHeight});
-  SetWindowPos(hwnd(), nullptr, 0, 0, outer.cx, outer.cy,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ResizeWindow(hwnd(), outer.cx, outer.cy);
 }
 
 INT_PTR Win32PasswordDialogView::Handle(UINT message, WPARAM wParam, LPARAM) {

@@ -4,29 +4,11 @@
 #include <cmath>
 #include <cstring>
 
+#include "controls/paint.h"
 #include "platform/resources.h"
 
 namespace zyr {
 namespace {
-
-struct BitmapDeleter {
-  using pointer = HBITMAP;
-  void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
-};
-using Bitmap = std::unique_ptr<HBITMAP, BitmapDeleter>;
-
-Bitmap ColorBitmap(const std::vector<uint32_t>& pixels, int size) {
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = size;
-  info.bmiHeader.biHeight = -size;  // first row on top
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  void* bits = nullptr;
-  Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (bitmap != nullptr) std::memcpy(bits, pixels.data(), pixels.size() * sizeof(uint32_t));
-  return bitmap;
-}
 
 struct Square {
   std::vector<uint32_t> pixels;  // first row on top
@@ -79,9 +61,17 @@ uint32_t MeanOf(const Square& square, double left, double top, double span) {
 
 }  // namespace
 
+Bitmap BitmapFromPixels(const std::vector<uint32_t>& pixels, int size) {
+  const BITMAPINFO info = RowsFromTop(size, size);
+  void* bits = nullptr;
+  Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (bitmap != nullptr) std::memcpy(bits, pixels.data(), pixels.size() * sizeof(uint32_t));
+  return bitmap;
+}
+
 // An icon, for everywhere it is known that its colours are not multiplied by its opacity.
 Icon IconFromPixels(const std::vector<uint32_t>& pixels, int size) {
-  const Bitmap color = ColorBitmap(pixels, size);
+  const Bitmap color = BitmapFromPixels(pixels, size);
   const std::vector<uint8_t> opaque((static_cast<size_t>(size) + 15) / 16 * 2 * size);
   const Bitmap mask(CreateBitmap(size, size, 1, 1, opaque.data()));
   ICONINFO info = {TRUE, 0, 0, mask.get(), color.get()};

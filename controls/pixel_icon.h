@@ -15,8 +15,15 @@ struct IconDeleter {
 };
 using Icon = std::unique_ptr<HICON, IconDeleter>;
 
-// From `size` rows of `size` pixels, the first row on top: blue in the low byte, then green, red
-// and opacity. Colours are not multiplied by the opacity.
+struct BitmapDeleter {
+  using pointer = HBITMAP;
+  void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
+};
+using Bitmap = std::unique_ptr<HBITMAP, BitmapDeleter>;
+
+// Both from `size` rows of `size` pixels, the first row on top: blue in the low byte, then green,
+// red and opacity. Colours are not multiplied by the opacity.
+Bitmap BitmapFromPixels(const std::vector<uint32_t>& pixels, int size);
 Icon IconFromPixels(const std::vector<uint32_t>& pixels, int size);
 
 // This module's bitmap `id`, a square of 32-bit pixels of that kind, at another size. Meant for a

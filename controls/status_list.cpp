@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "controls/paint.h"
+#include "controls/scroll_bar.h"
 #include "resources/resource.h"
 
 namespace zyr {
@@ -94,14 +95,7 @@ void StatusList::Relayout() {
     contentHeight_ = Measure(dc, fullWidth - GetSystemMetrics(SM_CXVSCROLL));
   }
   ReleaseDC(window_, dc);
-  SCROLLINFO info = {sizeof info,
-                     SIF_RANGE | SIF_PAGE,
-                     0,
-                     std::max(contentHeight_ - 1, 0),
-                     static_cast<UINT>(ViewHeight()),
-                     0,
-                     0};
-  SetScrollInfo(window_, SB_VERT, &info, TRUE);
+  SetScrollBar(window_, SB_VERT, contentHeight_, ViewHeight(), offset_);
   layingOut_ = false;
   ScrollTo(followsEnd_ ? LastOffset() : offset_);
   InvalidateRect(window_, nullptr, FALSE);
@@ -143,28 +137,9 @@ void StatusList::ScrollByUser(int offset) {
 
 void StatusList::OnScroll(int request) {
   const int step = metrics_.iconSize;
-  const int page = std::max(ViewHeight() - step, step);
-  SCROLLINFO info = {sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
-  switch (request) {
-    case SB_LINEUP:
-      return ScrollByUser(offset_ - step);
-    case SB_LINEDOWN:
-      return ScrollByUser(offset_ + step);
-    case SB_PAGEUP:
-      return ScrollByUser(offset_ - page);
-    case SB_PAGEDOWN:
-      return ScrollByUser(offset_ + page);
-    case SB_TOP:
-      return ScrollByUser(0);
-    case SB_BOTTOM:
-      return ScrollByUser(contentHeight_);
-    case SB_THUMBTRACK:
-    case SB_THUMBPOSITION:
-      GetScrollInfo(window_, SB_VERT, &info);
-      return ScrollByUser(info.nTrackPos);
-    default:
-      return;
-  }
+  const auto asked = PositionAsked(window_, SB_VERT, request, offset_,
+                                   {step, std::max(ViewHeight() - step, step), contentHeight_});
+  if (asked) ScrollByUser(*asked);
 }
 
 void StatusList::OnKey(WPARAM key) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "controls/paint.h"
+#include "controls/scroll_bar.h"
 #include "controls/thumbnail_cache.h"
 #include "controls/thumbnail_layout.h"
 #include "controls/thumbnail_painter.h"
@@ -196,15 +197,8 @@ void GridWindow::InvalidateItem(size_t item) const {
 void GridWindow::ShowView() {
   if (!Alive()) return;
   topRow_ = std::min(topRow_, layout_.LastTopRow());
-  const auto allRows = static_cast<int>(layout_.AllRows());
-  SCROLLINFO info = {sizeof info,
-                     SIF_RANGE | SIF_PAGE | SIF_POS,
-                     0,
-                     std::max(allRows - 1, 0),
-                     static_cast<UINT>(layout_.rows),
-                     static_cast<int>(topRow_),
-                     0};
-  SetScrollInfo(window_, SB_VERT, &info, TRUE);
+  SetScrollBar(window_, SB_VERT, static_cast<int>(layout_.AllRows()),
+               static_cast<int>(layout_.rows), static_cast<int>(topRow_));
   SetWindowTextA(window_, layout_.Caption(topRow_).c_str());
   InvalidateRect(window_, nullptr, FALSE);
 }
@@ -221,28 +215,10 @@ void GridWindow::ScrollBy(ptrdiff_t rows) {
 }
 
 void GridWindow::OnScroll(int request) {
-  const auto page = static_cast<ptrdiff_t>(layout_.rows);
-  SCROLLINFO info = {sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
-  switch (request) {
-    case SB_LINEUP:
-      return ScrollBy(-1);
-    case SB_LINEDOWN:
-      return ScrollBy(1);
-    case SB_PAGEUP:
-      return ScrollBy(-page);
-    case SB_PAGEDOWN:
-      return ScrollBy(page);
-    case SB_TOP:
-      return ScrollTo(0);
-    case SB_BOTTOM:
-      return ScrollTo(layout_.LastTopRow());
-    case SB_THUMBTRACK:
-    case SB_THUMBPOSITION:
-      GetScrollInfo(window_, SB_VERT, &info);
-      return ScrollTo(static_cast<size_t>(std::max(info.nTrackPos, 0)));
-    default:
-      return;
-  }
+  const ScrollSteps steps = {1, static_cast<int>(layout_.rows),
+                             static_cast<int>(layout_.LastTopRow())};
+  const auto asked = PositionAsked(window_, SB_VERT, request, static_cast<int>(topRow_), steps);
+  if (asked) ScrollTo(static_cast<size_t>(std::max(*asked, 0)));
 }
 
 // A row for each notch; fine wheels send parts of a notch.

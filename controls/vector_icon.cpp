@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/paint.h"
+
 namespace zyr {
 namespace {
 
@@ -68,13 +70,7 @@ std::vector<uint32_t> RenderIcon(std::span<const IconLayer> layers, int size,
 }
 
 void DrawIconPixels(HDC target, int x, int y, int size, const std::vector<uint32_t>& pixels) {
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = size;
-  info.bmiHeader.biHeight = -size;  // first row on top
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  SetDIBitsToDevice(target, x, y, size, size, 0, 0, 0, size, pixels.data(), &info, DIB_RGB_COLORS);
+  DrawPixels(target, {x, y, x + size, y + size}, pixels);
 }
 
 }  // namespace zyr

@@ -1,47 +1,19 @@
 #include "controls/image_viewer/viewer_cursors.h"
 
 #include <cstdint>
-#include <cstring>
 #include <vector>
 
 #include "controls/dialog_font.h"
 #include "controls/image_viewer/viewer_icons.h"
+#include "controls/pixel_icon.h"
 
 namespace zyr {
 namespace {
 
 constexpr int kSide = 32;  // pixels of a plain screen
 
-class Bitmap {
- public:
-  explicit Bitmap(HBITMAP handle) : handle_(handle) {}
-  ~Bitmap() {
-    if (handle_ != nullptr) DeleteObject(handle_);
-  }
-  Bitmap(const Bitmap&) = delete;
-  Bitmap& operator=(const Bitmap&) = delete;
-
-  HBITMAP handle() const { return handle_; }
-
- private:
-  HBITMAP handle_;
-};
-
-HBITMAP ColorBitmap(const std::vector<uint32_t>& pixels, int side) {
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = side;
-  info.bmiHeader.biHeight = -side;  // first row on top
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  void* bits = nullptr;
-  const HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  if (bitmap != nullptr) std::memcpy(bits, pixels.data(), pixels.size() * sizeof pixels[0]);
-  return bitmap;
-}
-
 // Where there is no opacity, the mask decides.
-HBITMAP MaskOf(const std::vector<uint32_t>& pixels, int side) {
+Bitmap MaskOf(const std::vector<uint32_t>& pixels, int side) {
   const size_t stride = static_cast<size_t>(side + 15) / 16 * 2;
   std::vector<uint8_t> bits(stride * static_cast<size_t>(side));
   for (size_t i = 0; i < pixels.size(); ++i) {
@@ -51,7 +23,7 @@ HBITMAP MaskOf(const std::vector<uint32_t>& pixels, int side) {
       bits[row * stride + column / 8] |= static_cast<uint8_t>(0x80 >> column % 8);
     }
   }
-  return CreateBitmap(side, side, 1, 1, bits.data());
+  return Bitmap(CreateBitmap(side, side, 1, 1, bits.data()));
 }
 
 HICON MakeCursor(const CursorDesign& design) {
@@ -60,10 +32,10 @@ HICON MakeCursor(const CursorDesign& design) {
   std::vector<IconLayer> layers;
   for (const ColoredStrokes& layer : design.layers) layers.push_back({layer.color, layer.strokes});
   const std::vector<uint32_t> pixels = RenderIcon(layers, side, {{0, 0}, scale});
-  const Bitmap color(ColorBitmap(pixels, side));
-  const Bitmap mask(MaskOf(pixels, side));
+  const Bitmap color = BitmapFromPixels(pixels, side);
+  const Bitmap mask = MaskOf(pixels, side);
   ICONINFO info = {FALSE, static_cast<DWORD>(design.hotSpot.x * scale),
-                   static_cast<DWORD>(design.hotSpot.y * scale), mask.handle(), color.handle()};
+                   static_cast<DWORD>(design.hotSpot.y * scale), mask.get(), color.get()};
   return CreateIconIndirect(&info);
 }
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "controls/image_viewer/icon_strokes.h"
+#include "controls/icon_strokes.h"
 #include "imaging/viewer/image_viewer_view.h"
 
 namespace zyr {

@@ -99,12 +99,8 @@ LRESULT CALLBACK BarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
     case WM_COMMAND:
     case WM_DRAWITEM:
       return SendMessageA(GetParent(window), message, wParam, lParam);
-    case WM_ERASEBKGND: {
-      RECT client;
-      GetClientRect(window, &client);
-      FillArea(reinterpret_cast<HDC>(wParam), client, ViewerToolBars::kBackground);
-      return 1;
-    }
+    case WM_ERASEBKGND:
+      return FillWindow(window, reinterpret_cast<HDC>(wParam), ViewerToolBars::kBackground);
     default:
       return DefWindowProcA(window, message, wParam, lParam);
   }

@@ -45,20 +45,6 @@ class PaintScope {
   HDC dc_;
 };
 
-void DrawPixels(HDC target, const RECT& area, const std::vector<uint32_t>& pixels) {
-  const LONG width = area.right - area.left;
-  const LONG height = area.bottom - area.top;
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = -height;  // first row on top
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  SetDIBitsToDevice(target, area.left, area.top, static_cast<DWORD>(width),
-                    static_cast<DWORD>(height), 0, 0, 0, static_cast<UINT>(height), pixels.data(),
-                    &info, DIB_RGB_COLORS);
-}
-
 }  // namespace
 
 void ViewerWindow::Invalidate() {

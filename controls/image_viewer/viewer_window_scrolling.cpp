@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "controls/dialog_font.h"
+#include "controls/scroll_bar.h"
 
 namespace zyr {
 namespace {
@@ -39,14 +40,7 @@ bool ViewerWindow::ShowScrollBars(ViewSize content) {
 
 void ViewerWindow::UpdateScrollBar(int bar, int32_t content, int32_t page, int32_t position) {
   if (content <= page) return;  // it is not there
-  SCROLLINFO info = {sizeof info,
-                     SIF_RANGE | SIF_PAGE | SIF_POS,
-                     0,
-                     content - 1,
-                     static_cast<UINT>(std::max(page, 0)),
-                     position,
-                     0};
-  SetScrollInfo(window_, bar, &info, TRUE);
+  SetScrollBar(window_, bar, content, page, position);
 }
 
 void ViewerWindow::ScrollPixels(ViewPoint distance) {
@@ -90,34 +84,11 @@ void ViewerWindow::OnScrollBar(int bar, int request) {
   const int32_t page = (across ? size.width : size.height) * 9 / 10;
   ViewPoint to = position_;
   int32_t& part = across ? to.x : to.y;
-  SCROLLINFO info = {sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
-  switch (request) {
-    case SB_LINEUP:
-      part -= Scaled(kLine);
-      break;
-    case SB_LINEDOWN:
-      part += Scaled(kLine);
-      break;
-    case SB_PAGEUP:
-      part -= page;
-      break;
-    case SB_PAGEDOWN:
-      part += page;
-      break;
-    case SB_TOP:
-      part = 0;
-      break;
-    case SB_BOTTOM:
-      part = across ? content_.width : content_.height;
-      break;
-    case SB_THUMBTRACK:
-    case SB_THUMBPOSITION:
-      GetScrollInfo(window_, bar, &info);
-      part = info.nTrackPos;
-      break;
-    default:
-      return;
-  }
+  const auto asked =
+      PositionAsked(window_, bar, request, part,
+                    {Scaled(kLine), page, across ? content_.width : content_.height});
+  if (!asked) return;
+  part = *asked;
   ScrollTo(to);
 }
 

@@ -244,9 +244,8 @@ void Win32OptionsDialogView::Place() {
       tree_.FullWidth() + Scaled(kBesideTree) + page + 2 * Scaled(kMargin) + frame.cx;
   const LONG most = (screen.right - screen.left) * kPercentOfScreen / 100;
   const LONG highest = (screen.bottom - screen.top) * kPercentOfScreen / 100;
-  SetWindowPos(hwnd(), nullptr, 0, 0, std::max(std::min(wanted, most), least.cx),
-               std::max(std::min(client.bottom + frame.cy, highest), least.cy),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ResizeWindow(hwnd(), std::max(std::min(wanted, most), least.cx),
+               std::max(std::min(client.bottom + frame.cy, highest), least.cy));
   CenterAbove(hwnd(), owner_);
   placed_ = true;
   Arrange();
@@ -259,8 +258,7 @@ void Win32OptionsDialogView::MakeRoomForPage() {
   RECT outer;
   GetWindowRect(hwnd(), &outer);
   if (outer.right - outer.left < least.cx) {
-    SetWindowPos(hwnd(), nullptr, 0, 0, least.cx, outer.bottom - outer.top,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ResizeWindow(hwnd(), least.cx, outer.bottom - outer.top);
   }
   Arrange();
 }
@@ -331,11 +329,9 @@ INT_PTR Win32OptionsDialogView::Handle(UINT message, WPARAM wParam, LPARAM lPara
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) Arrange();
       return TRUE;
-    case WM_GETMINMAXINFO: {
-      const SIZE least = LeastSize();
-      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.cx, least.cy};
+    case WM_GETMINMAXINFO:
+      SetLeastSize(lParam, LeastSize());
       return TRUE;
-    }
     case WM_MOUSEWHEEL:
       area_.Turn(GET_WHEEL_DELTA_WPARAM(wParam));
       return TRUE;

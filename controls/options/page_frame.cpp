@@ -7,7 +7,6 @@
 #include "controls/dialog_window.h"
 #include "controls/paint.h"
 #include "controls/text_size.h"
-#include "platform/own_module.h"
 #include "platform/resources.h"
 
 namespace zyr {
@@ -46,7 +45,9 @@ bool StandsApart(FieldKind kind) {
 PageFrame::PageFrame(HWND parent, size_t page, const std::string& title,
                      const std::vector<PageField>& fields, const Fonts& fonts,
                      const Mnemonics& mnemonics, Events events)
-    : class_(SharedWindowClass(kPanelClass, Procedure)), page_(page), events_(std::move(events)) {
+    : class_(SharedWindowClass(kPanelClass, GuardedProcedure<PageFrame, &PageFrame::Handle>)),
+      page_(page),
+      events_(std::move(events)) {
   const auto module = static_cast<HINSTANCE>(platform::OwnResources());
   const auto id = static_cast<INT_PTR>(FieldControlId(page, 0));
   const HWND window = CreateWindowExA(WS_EX_CONTROLPARENT, kPanelClass, "",
@@ -206,17 +207,6 @@ platform::Window PageFrame::window() const {
   return panel_.window != nullptr ? GetAncestor(panel_.window, GA_ROOT) : nullptr;
 }
 
-LRESULT CALLBACK PageFrame::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const platform::WindowVisit visit;
-  auto* const frame = reinterpret_cast<PageFrame*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-  if (frame == nullptr) return DefWindowProcA(window, message, wParam, lParam);
-  try {
-    return frame->Handle(message, wParam, lParam);
-  } catch (...) {  // the system that called this knows no exceptions
-    return 0;
-  }
-}
-
 LRESULT PageFrame::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = panel_.window;
   switch (message) {
@@ -229,12 +219,8 @@ LRESULT PageFrame::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DRAWITEM:
       DrawWarning(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
       return TRUE;
-    case WM_ERASEBKGND: {
-      RECT client;
-      GetClientRect(window, &client);
-      FillArea(reinterpret_cast<HDC>(wParam), client, GetSysColor(COLOR_BTNFACE));
-      return TRUE;
-    }
+    case WM_ERASEBKGND:
+      return FillWindow(window, reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_BTNFACE));
     case WM_DESTROY:
       SetWindowLongPtrA(window, GWLP_USERDATA, 0);
       panel_.window = nullptr;

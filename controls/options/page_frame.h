@@ -76,7 +76,6 @@ class PageFrame : public PageControls {
     bool enabled = true;  // as it was set, whatever it belongs to
   };
 
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   void OnNotification(int id, int code);
   void DrawWarning(const DRAWITEMSTRUCT& item) const;

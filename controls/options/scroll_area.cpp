@@ -8,8 +8,8 @@
 
 #include "controls/dialog_font.h"
 #include "controls/paint.h"
+#include "controls/scroll_bar.h"
 #include "foundation/support/raised_flag.h"
-#include "platform/own_module.h"
 #include "resources/resource.h"
 
 namespace zyr {
@@ -33,7 +33,9 @@ bool ChangesByWheel(HWND control) {
 
 }  // namespace
 
-ScrollArea::ScrollArea() : class_(SharedWindowClass(OPTIONS_AREA_CLASS, Procedure)) {}
+ScrollArea::ScrollArea()
+    : class_(SharedWindowClass(OPTIONS_AREA_CLASS,
+                               GuardedProcedure<ScrollArea, &ScrollArea::Handle>)) {}
 
 ScrollArea::~ScrollArea() {
   if (window_ != nullptr) SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
@@ -73,15 +75,7 @@ void ScrollArea::Refresh() {
   ShowBar();
 }
 
-void ScrollArea::ShowBar() const {
-  SCROLLINFO info = {};
-  info.cbSize = sizeof info;
-  info.fMask = SIF_PAGE | SIF_POS | SIF_RANGE;
-  info.nMax = std::max(content_ - 1, 0);
-  info.nPage = static_cast<UINT>(Height());
-  info.nPos = position_;
-  SetScrollInfo(window_, SB_VERT, &info, TRUE);
-}
+void ScrollArea::ShowBar() const { SetScrollBar(window_, SB_VERT, content_, Height(), position_); }
 
 void ScrollArea::ScrollTo(int position) {
   if (window_ == nullptr) return;
@@ -94,30 +88,10 @@ void ScrollArea::ScrollTo(int position) {
 }
 
 void ScrollArea::OnScroll(int request) {
-  SCROLLINFO info = {};
-  info.cbSize = sizeof info;
-  info.fMask = SIF_TRACKPOS;
-  GetScrollInfo(window_, SB_VERT, &info);
-  const int page = std::max(Height() - Scaled(kLine), 1);
-  switch (request) {
-    case SB_LINEUP:
-      return ScrollTo(position_ - Scaled(kLine));
-    case SB_LINEDOWN:
-      return ScrollTo(position_ + Scaled(kLine));
-    case SB_PAGEUP:
-      return ScrollTo(position_ - page);
-    case SB_PAGEDOWN:
-      return ScrollTo(position_ + page);
-    case SB_TOP:
-      return ScrollTo(0);
-    case SB_BOTTOM:
-      return ScrollTo(content_);
-    case SB_THUMBTRACK:
-    case SB_THUMBPOSITION:
-      return ScrollTo(info.nTrackPos);
-    default:
-      return;
-  }
+  const int line = Scaled(kLine);
+  const auto asked = PositionAsked(window_, SB_VERT, request, position_,
+                                   {line, std::max(Height() - line, 1), content_});
+  if (asked) ScrollTo(*asked);
 }
 
 // Fine wheels turn by less than a notch.
@@ -168,17 +142,6 @@ LRESULT CALLBACK ScrollArea::Followed(HWND control, UINT message, WPARAM wParam,
   return result;
 }
 
-LRESULT CALLBACK ScrollArea::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const platform::WindowVisit visit;
-  auto* const area = reinterpret_cast<ScrollArea*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-  if (area == nullptr) return DefWindowProcA(window, message, wParam, lParam);
-  try {
-    return area->Handle(message, wParam, lParam);
-  } catch (...) {  // the system that called this knows no exceptions
-    return 0;
-  }
-}
-
 LRESULT ScrollArea::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
   switch (message) {
@@ -191,12 +154,8 @@ LRESULT ScrollArea::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEWHEEL:
       Turn(GET_WHEEL_DELTA_WPARAM(wParam));
       return 0;
-    case WM_ERASEBKGND: {
-      RECT client;
-      GetClientRect(window, &client);
-      FillArea(reinterpret_cast<HDC>(wParam), client, GetSysColor(COLOR_BTNFACE));
-      return TRUE;
-    }
+    case WM_ERASEBKGND:
+      return FillWindow(window, reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_BTNFACE));
     case WM_DESTROY:
       SetWindowLongPtrA(window, GWLP_USERDATA, 0);
       window_ = nullptr;

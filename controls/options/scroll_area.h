@@ -38,7 +38,6 @@ class ScrollArea {
   void Follow(HWND child);
 
  private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK Followed(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
                                    UINT_PTR id, DWORD_PTR area);
   static BOOL CALLBACK FollowOne(HWND control, LPARAM area);

@@ -99,10 +99,10 @@ void CaptureDialogLayout::Apply(bool split) const {
   column.left = column.right - columnWidth_;
   RECT area = client;
   area.right = column.left - margin_;
-  HDWP moves = BeginDeferWindowPos(kButtons + kPanels);
-  moves = PlaceButtons(moves, column);
-  moves = PlacePanels(moves, area, split);
-  if (moves != nullptr) EndDeferWindowPos(moves);
+  // Copied, what a button shows would be that of the one which was in its place.
+  ControlMoves moves(dialog_, kButtons + kPanels, SWP_NOCOPYBITS);
+  PlaceButtons(moves, column);
+  PlacePanels(moves, area, split);
 }
 
 int CaptureDialogLayout::ColumnHeight(const Spacing& spacing) const {
@@ -127,7 +127,7 @@ CaptureDialogLayout::Spacing CaptureDialogLayout::SpacingFor(int clientHeight) c
           between(tight_.nearGap, roomy_.nearGap), between(tight_.groupGap, roomy_.groupGap)};
 }
 
-HDWP CaptureDialogLayout::PlaceButtons(HDWP moves, const RECT& column) const {
+void CaptureDialogLayout::PlaceButtons(ControlMoves& moves, const RECT& column) const {
   const int height = column.bottom - column.top;
   const Spacing spacing = SpacingFor(height);
   const int spare = std::max(height - ColumnHeight(spacing), 0);
@@ -136,15 +136,13 @@ HDWP CaptureDialogLayout::PlaceButtons(HDWP moves, const RECT& column) const {
     if (button.ahead == Gap::kNear) top += spacing.nearGap;
     if (button.ahead == Gap::kGroup) top += spacing.groupGap;
     if (button.ahead == Gap::kRest) top += spacing.groupGap + spare;
-    moves =
-        Move(moves, button.control, {column.left, top, column.right, top + spacing.buttonHeight});
+    moves.Move(button.control, {column.left, top, column.right, top + spacing.buttonHeight});
     top += spacing.buttonHeight;
   }
-  return moves;
 }
 
 // The thumbnails get three fifths: above the status lines, or to their left where there is width.
-HDWP CaptureDialogLayout::PlacePanels(HDWP moves, const RECT& area, bool split) const {
+void CaptureDialogLayout::PlacePanels(ControlMoves& moves, const RECT& area, bool split) const {
   RECT thumbnails = area;
   RECT rest = area;
   const LONG width = area.right - area.left;
@@ -156,17 +154,9 @@ HDWP CaptureDialogLayout::PlacePanels(HDWP moves, const RECT& area, bool split) 
     thumbnails.bottom = area.top + (height - margin_) * 3 / 5;
     rest.top = thumbnails.bottom + margin_;
   }
-  moves = Move(moves, IDC_THUMBNAILS, thumbnails);
-  moves = Move(moves, IDC_STATUS_PANEL, rest);
-  return Move(moves, IDC_EXPOSURE_PANEL, rest);
-}
-
-HDWP CaptureDialogLayout::Move(HDWP moves, int control, const RECT& to) const {
-  if (moves == nullptr) return nullptr;  // out of memory
-  // Copied, what a button shows would be that of the one which was in its place.
-  return DeferWindowPos(moves, GetDlgItem(dialog_, control), nullptr, to.left, to.top,
-                        std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
-                        SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+  moves.Move(IDC_THUMBNAILS, thumbnails);
+  moves.Move(IDC_STATUS_PANEL, rest);
+  moves.Move(IDC_EXPOSURE_PANEL, rest);
 }
 
 }  // namespace zyr

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "controls/dialog_window.h"
+
 namespace zyr {
 
 // The buttons stand in a column at the right edge, as wide as the longest caption asks for, and
@@ -30,9 +32,8 @@ class CaptureDialogLayout {
 
   Spacing SpacingFor(int clientHeight) const;
   int ColumnHeight(const Spacing& spacing) const;
-  HDWP PlaceButtons(HDWP moves, const RECT& column) const;
-  HDWP PlacePanels(HDWP moves, const RECT& area, bool split) const;
-  HDWP Move(HDWP moves, int control, const RECT& to) const;
+  void PlaceButtons(ControlMoves& moves, const RECT& column) const;
+  void PlacePanels(ControlMoves& moves, const RECT& area, bool split) const;
 
   HWND dialog_;
   int margin_ = 0;

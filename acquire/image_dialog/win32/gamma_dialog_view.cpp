@@ -84,10 +84,9 @@ class Win32GammaDialogView : public GammaDialogView, private ModalDialog {
 
   void MeasureTexts();
   void Place();
-  POINT WithFrame(SIZE client) const;
+  SIZE WithFrame(SIZE client) const;
   void Arrange() const;
-  HDWP PlaceRow(HDWP moves, const SliderRow& row, const RECT& area) const;
-  HDWP Move(HDWP moves, int control, const RECT& to) const;
+  void PlaceRow(ControlMoves& moves, const SliderRow& row, const RECT& area) const;
   LRESULT Send(uint32_t slider, UINT message, WPARAM wParam, LPARAM lParam) const {
     return SendMessageA(Control(static_cast<int>(slider)), message, wParam, lParam);
   }
@@ -161,17 +160,15 @@ void Win32GammaDialogView::MeasureTexts() {
   }
 }
 
-POINT Win32GammaDialogView::WithFrame(SIZE client) const {
-  const SIZE outer = WithFrameOnScreen(hwnd(), {Scaled(client.cx), Scaled(client.cy)});
-  return {outer.cx, outer.cy};
+SIZE Win32GammaDialogView::WithFrame(SIZE client) const {
+  return WithFrameOnScreen(hwnd(), {Scaled(client.cx), Scaled(client.cy)});
 }
 
 void Win32GammaDialogView::Place() {
   const RECT screen = WorkAreaOf(owner_ != nullptr ? owner_ : hwnd());
   const LONG most = (screen.bottom - screen.top) * kPercentOfScreen / 100;
-  const POINT first = WithFrame(kFirst);
-  SetWindowPos(hwnd(), nullptr, 0, 0, first.x, std::min(first.y, most),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const SIZE first = WithFrame(kFirst);
+  ResizeWindow(hwnd(), first.cx, std::min(first.cy, most));
   CenterAbove(hwnd(), owner_);
 }
 
@@ -184,36 +181,29 @@ void Win32GammaDialogView::Arrange() const {
   const LONG rowHeight = Scaled(kSliderRow);
   const LONG rowsTop = buttonsTop - margin - rowHeight * static_cast<LONG>(std::size(kRows));
 
-  HDWP moves = BeginDeferWindowPos(kControls);
-  moves = Move(moves, IDC_GAMMA_VIEWER, {client.left, client.top, client.right, rowsTop - margin});
+  ControlMoves moves(hwnd(), kControls);
+  moves.Move(IDC_GAMMA_VIEWER, {client.left, client.top, client.right, rowsTop - margin});
   RECT area = {client.left, rowsTop, client.right, rowsTop + rowHeight};
   for (const SliderRow& row : kRows) {
-    moves = PlaceRow(moves, row, area);
+    PlaceRow(moves, row, area);
     OffsetRect(&area, 0, static_cast<int>(rowHeight));
   }
   RECT button = {client.right - buttonWidth_, buttonsTop, client.right, client.bottom};
-  moves = Move(moves, IDCANCEL, button);
+  moves.Move(IDCANCEL, button);
   OffsetRect(&button, -buttonWidth_ - margin, 0);
-  moves = Move(moves, IDOK, button);
-  if (moves != nullptr) EndDeferWindowPos(moves);
+  moves.Move(IDOK, button);
 }
 
 // The texts are level with what the user drags.
-HDWP Win32GammaDialogView::PlaceRow(HDWP moves, const SliderRow& row, const RECT& area) const {
+void Win32GammaDialogView::PlaceRow(ControlMoves& moves, const SliderRow& row,
+                                    const RECT& area) const {
   const int margin = Scaled(kMargin);
   const LONG labelRight = area.left + labelWidth_;
   const LONG valueLeft = area.right - valueWidth_;
   const LONG textBottom = area.bottom - Scaled(kBelowSlider);
-  moves = Move(moves, row.label, {area.left, area.top, labelRight, textBottom});
-  moves = Move(moves, row.slider, {labelRight + margin, area.top, valueLeft - margin, area.bottom});
-  return Move(moves, row.value, {valueLeft, area.top, area.right, textBottom});
-}
-
-HDWP Win32GammaDialogView::Move(HDWP moves, int control, const RECT& to) const {
-  if (moves == nullptr) return nullptr;  // out of memory
-  return DeferWindowPos(moves, Control(control), nullptr, to.left, to.top,
-                        std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
-                        SWP_NOZORDER | SWP_NOACTIVATE);
+  moves.Move(row.label, {area.left, area.top, labelRight, textBottom});
+  moves.Move(row.slider, {labelRight + margin, area.top, valueLeft - margin, area.bottom});
+  moves.Move(row.value, {valueLeft, area.top, area.right, textBottom});
 }
 
 INT_PTR Win32GammaDialogView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -234,7 +224,7 @@ INT_PTR Win32GammaDialogView::Handle(UINT message, WPARAM wParam, LPARAM lParam)
       if (wParam != SIZE_MINIMIZED) Arrange();
       return TRUE;
     case WM_GETMINMAXINFO:
-      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = WithFrame(kLeast);
+      SetLeastSize(lParam, WithFrame(kLeast));
       return TRUE;
     case WM_MOUSEWHEEL:
       SendMessageA(Control(IDC_GAMMA_VIEWER), message, wParam, lParam);

@@ -76,13 +76,12 @@ void ImageDialogLayout::Apply(bool listOpen) const {
   viewer.left = handle.right + margin;
   viewer.right = inner.right;
 
-  HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(kButtons)) + kOtherControls);
-  for (size_t i = 0; i < buttons.size(); ++i) moves = Move(moves, kButtons[i], buttons[i]);
-  moves = Move(moves, IDC_IMAGE_LIST, list);
-  moves = Move(moves, IDC_IMAGE_LIST_HANDLE, handle);
-  moves = Move(moves, IDC_IMAGE_VIEWER, viewer);
-  moves = Move(moves, IDC_IMAGE_STATUS, status);
-  if (moves != nullptr) EndDeferWindowPos(moves);
+  ControlMoves moves(dialog_, static_cast<int>(std::size(kButtons)) + kOtherControls);
+  for (size_t i = 0; i < buttons.size(); ++i) moves.Move(kButtons[i], buttons[i]);
+  moves.Move(IDC_IMAGE_LIST, list);
+  moves.Move(IDC_IMAGE_LIST_HANDLE, handle);
+  moves.Move(IDC_IMAGE_VIEWER, viewer);
+  moves.Move(IDC_IMAGE_STATUS, status);
 }
 
 // The groups from the left, OK and Cancel at the right of the last row.
@@ -103,13 +102,6 @@ std::vector<RECT> ImageDialogLayout::ButtonPlaces(int width) const {
     place.left = place.right + margin;
   }
   return places;
-}
-
-HDWP ImageDialogLayout::Move(HDWP moves, int control, const RECT& to) const {
-  if (moves == nullptr) return nullptr;  // out of memory
-  return DeferWindowPos(moves, GetDlgItem(dialog_, control), nullptr, to.left, to.top,
-                        std::max(to.right - to.left, 0L), std::max(to.bottom - to.top, 0L),
-                        SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace zyr

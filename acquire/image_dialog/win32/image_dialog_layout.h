@@ -25,7 +25,6 @@ class ImageDialogLayout {
   int WidthOf(int button) const;
   // In the order of the keyboard, in a client area of that width.
   std::vector<RECT> ButtonPlaces(int width) const;
-  HDWP Move(HDWP moves, int control, const RECT& to) const;
 
   HWND dialog_;
   int listWidth_;

@@ -135,8 +135,7 @@ void Win32ImageDialogView::Place() {
   const POINT least = layout_->LeastSize();
   const LONG width = (screen.right - screen.left) * kPercentOfScreen / 100;
   const LONG height = (screen.bottom - screen.top) * kPercentOfScreen / 100;
-  SetWindowPos(hwnd(), nullptr, 0, 0, std::max(width, least.x), std::max(height, least.y),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  ResizeWindow(hwnd(), std::max(width, least.x), std::max(height, least.y));
   CenterOnScreen(hwnd(), owner_);
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "controls/dialog_font.h"
+#include "controls/text_size.h"
 #include "foundation/support/phrase_lookup.h"
 
 namespace zyr {
@@ -26,17 +27,6 @@ LRESULT CALLBACK TakeEnter(HWND tree, UINT message, WPARAM wParam, LPARAM lParam
   return message == WM_GETDLGCODE && wParam == VK_RETURN ? result | DLGC_WANTMESSAGE : result;
 }
 
-int TextHeight(HWND window) {
-  const HDC dc = GetDC(window);
-  const HGDIOBJ previous =
-      SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(window, WM_GETFONT, 0, 0)));
-  TEXTMETRICA metrics = {};
-  GetTextMetricsA(dc, &metrics);
-  SelectObject(dc, previous);
-  ReleaseDC(window, dc);
-  return static_cast<int>(metrics.tmHeight);
-}
-
 HTREEITEM ItemUnderPointer(HWND tree) {
   TVHITTESTINFO hit = {};
   GetCursorPos(&hit.pt);
@@ -50,7 +40,7 @@ HTREEITEM ItemUnderPointer(HWND tree) {
 void OperationList::Attach(HWND tree) {
   tree_ = tree;
   SetWindowSubclass(tree, TakeEnter, 1, 0);
-  TreeView_SetItemHeight(tree, TextHeight(tree) + Scaled(kAroundText));
+  TreeView_SetItemHeight(tree, LineHeight(tree) + Scaled(kAroundText));
   TreeView_SetIndent(tree, Scaled(kIndent));
   SendMessageA(TreeView_GetToolTips(tree), TTM_SETMAXTIPWIDTH, 0, Scaled(kTipWidth));
   for (const OperationGroup& group : OperationTree()) {

@@ -20,18 +20,14 @@
 #include "platform/files.h"
 #include "resources/resource.h"
 #include "settings/store.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
 
-constexpr DWORD kPatience = 10'000;  // milliseconds
-
 class CaptureDialogViewTest : public testing::Test, public CaptureDialogOwner {
  protected:
   void SetUp() override {
-    char temp[MAX_PATH];
-    GetTempPathA(sizeof temp, temp);
-    folder_ = std::string(temp) + "zyr-view-" + std::to_string(GetCurrentProcessId());
     SetScanToPath(folder_);
     SetCheckForConflicts(false);
     SetReturnImmediatelyIfAvailable(false);
@@ -84,12 +80,7 @@ class CaptureDialogViewTest : public testing::Test, public CaptureDialogOwner {
     }
     return controls;
   }
-  RECT PlaceOf(HWND control) const {
-    RECT place;
-    GetWindowRect(control, &place);
-    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
-    return place;
-  }
+  RECT PlaceOf(HWND control) const { return test::PlaceIn(Window(), control); }
   void ExpectNoOverlap() const {
     RECT client;
     GetClientRect(Window(), &client);
@@ -110,15 +101,6 @@ class CaptureDialogViewTest : public testing::Test, public CaptureDialogOwner {
     }
     return panels;
   }
-  bool WaitFor(const std::function<bool()>& condition) const {
-    const DWORD start = GetTickCount();
-    while (!condition() && GetTickCount() - start < kPatience) {
-      MSG message;
-      while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-      Sleep(1);
-    }
-    return condition();
-  }
 
   // What the machine's user has chosen.
   const std::string userFolder_ = GetScanToPath();
@@ -126,7 +108,7 @@ class CaptureDialogViewTest : public testing::Test, public CaptureDialogOwner {
   const bool userScans_ = GetProceedDirectlyToScan();
   const bool userReturns_ = GetReturnImmediatelyIfAvailable();
 
-  std::string folder_;
+  const std::string folder_ = test::FolderOfTest("zyr-view");
   ImageCache images_;
   IFace sensors_{nullptr};
   std::shared_ptr<CaptureDialog> dialog_;
@@ -238,7 +220,7 @@ TEST_F(CaptureDialogViewTest, AnswersTheCaptureThread) {
     answer = SendMessageA(Window(), kMessageStatusLine, kStatusLineNew,
                           reinterpret_cast<LPARAM>(&record));
   });
-  EXPECT_TRUE(WaitFor([&] { return answer == 2; })) << answer;
+  EXPECT_TRUE(test::WaitFor([&] { return answer == 2; })) << answer;
   thread.join();
   record.title = "rewritten";
   record.line = 0;
@@ -336,7 +318,7 @@ TEST_F(CaptureDialogViewTest, ReturnsImagesByButtonAndByTimer) {
   EXPECT_EQ(xferReadies_, 1);
   SetReturnImmediatelyIfAvailable(true);
   ASSERT_TRUE(Open());
-  EXPECT_TRUE(WaitFor([this] { return xferReadies_ == 2; }));
+  EXPECT_TRUE(test::WaitFor([this] { return xferReadies_ == 2; }));
 
   SetFocus(Control(ID_RETURN_IMAGES));
   images_.DeleteAll();

@@ -32,6 +32,7 @@
 #include "imaging/operations/medians/median.h"
 #include "resources/resource.h"
 #include "settings/store.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
@@ -40,14 +41,9 @@ constexpr UINT kGetMenuHandle = 0x01E1;  // MN_GETHMENU
 const char kPopupClass[] = "#32768";
 const char kGammaTitle[] = "Adjust Gamma, Brightness, Contrast";
 
-class ImageDialogViewTest : public testing::Test {
+class ImageDialogViewTest : public test::ModalDialogTest {
  protected:
-  using Acts = std::vector<std::function<void()>>;
-
   void SetUp() override {
-    char temp[MAX_PATH];
-    GetTempPathA(sizeof temp, temp);
-    folder_ = std::string(temp) + "zyr-image-" + std::to_string(GetCurrentProcessId());
     SetScanToPath(folder_);
     Put(3, 2, 8, kPixels);
   }
@@ -71,38 +67,17 @@ class ImageDialogViewTest : public testing::Test {
     ASSERT_EQ(images_.GetCount(), 1u);
   }
 
-  // Runs the dialog; the user's acts follow each other as loops come by, those of popups and of
-  // other dialogs included. Whatever is left open is closed after the last one.
   bool Run(Acts acts, HWND owner = nullptr) {
-    acts_ = std::move(acts);
-    next_ = 0;
-    test_ = this;
     view_ = MakeWin32ImageDialogView();
     ImageDialog dialog(*view_, images_);
     EXPECT_TRUE(dialog.SetImage(images_.GetAt(0)));
-    const UINT_PTR timer = SetTimer(nullptr, 0, 20, Act);
-    const bool accepted = dialog.Run(owner);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(next_, acts_.size()) << "closed early, or not by itself";
-    EXPECT_EQ(view_->window(), nullptr);
-    return accepted;
+    return RunWith(std::move(acts), [&] { return dialog.Run(owner); });
   }
-  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
-    ImageDialogViewTest& test = *test_;
-    if (test.acting_ || !IsWindowVisible(test.Window())) return;
-    const size_t now = test.next_++;
-    if (now < test.acts_.size()) {
-      test.acting_ = true;
-      test.acts_[now]();
-      test.acting_ = false;
-      return;
-    }
-    if (test.Gamma() != nullptr) SendMessageA(test.Gamma(), WM_COMMAND, IDCANCEL, 0);
-    test.view_->End(false);
+  HWND Window() const override { return static_cast<HWND>(view_->window()); }
+  void Close() override {
+    if (Gamma() != nullptr) SendMessageA(Gamma(), WM_COMMAND, IDCANCEL, 0);
+    view_->End(false);
   }
-
-  HWND Window() const { return static_cast<HWND>(view_->window()); }
-  HWND Control(int id) const { return GetDlgItem(Window(), id); }
   static HWND Gamma() { return FindWindowA("#32770", kGammaTitle); }
   std::string Status() const { return WindowText(Control(IDC_IMAGE_STATUS)); }
   std::vector<uint8_t> Pixels() {
@@ -119,8 +94,7 @@ class ImageDialogViewTest : public testing::Test {
       BYTE keys[256] = {};
       keys[VK_CONTROL] = control ? 0x80 : 0;
       SetKeyboardState(keys);
-      MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
-      if (!IsDialogMessageA(Window(), &press)) DispatchMessageA(&press);
+      Press(key);
       keys[VK_CONTROL] = 0;
       SetKeyboardState(keys);
     };
@@ -140,12 +114,6 @@ class ImageDialogViewTest : public testing::Test {
     return (state & (MF_GRAYED | MF_DISABLED)) == 0;
   }
 
-  RECT PlaceOf(int id) const {
-    RECT place;
-    GetWindowRect(Control(id), &place);
-    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
-    return place;
-  }
   void ExpectNoOverlap() const {
     RECT client;
     GetClientRect(Window(), &client);
@@ -179,13 +147,9 @@ class ImageDialogViewTest : public testing::Test {
   const std::vector<uint8_t> kPixels = {1, 2, 3, 40, 50, 60};
   const std::vector<uint8_t> kMirrored = {3, 2, 1, 60, 50, 40};
   const std::string userFolder_ = GetScanToPath();
-  static inline ImageDialogViewTest* test_ = nullptr;
-  std::string folder_;
+  const std::string folder_ = test::FolderOfTest("zyr-image");
   ImageCache images_;
   std::unique_ptr<ImageDialogView> view_;
-  Acts acts_;
-  size_t next_ = 0;
-  bool acting_ = false;
 };
 
 TEST_F(ImageDialogViewTest, OffersTheGroupsAsPopups) {

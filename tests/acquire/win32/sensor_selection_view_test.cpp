@@ -14,6 +14,7 @@
 
 #include "acquire/sensor_selection/sensor_selection.h"
 #include "resources/resource.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
@@ -47,36 +48,15 @@ const DeviceEntry k2000{"2000", "00010001A", "USB\\VID_082E&PID_2000\\0001"};
 const DeviceEntry k303{"LUMORAY", "a sensor with a long identity, as some have",
                        "USB\\VID_082E&PID_1005\\5&2C4FB8D1&0&NOT-SHORT-EITHER"};
 
-class SensorSelectionViewTest : public testing::Test {
+class SensorSelectionViewTest : public test::ModalDialogTest {
  protected:
-  // Runs the dialog; the user's acts follow each other as the window's loop comes by.
-  bool Run(std::vector<std::function<void()>> acts, HWND owner = nullptr) {
-    acts_ = std::move(acts);
-    next_ = 0;
-    test_ = this;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, Act);
-    const bool accepted = dialog_.Run(owner);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(next_, acts_.size()) << "the dialog closed early or not by itself";
-    EXPECT_EQ(view_->window(), nullptr);
-    return accepted;
+  bool Run(Acts acts, HWND owner = nullptr) {
+    return RunWith(std::move(acts), [&] { return dialog_.Run(owner); });
   }
-  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
-    SensorSelectionViewTest& test = *test_;
-    if (!IsWindowVisible(test.Window())) return;
-    const size_t now = test.next_++;
-    if (now < test.acts_.size()) return test.acts_[now]();
-    test.view_->End(false);
-  }
-
-  HWND Window() const { return static_cast<HWND>(view_->window()); }
-  HWND Control(int id) const { return GetDlgItem(Window(), id); }
+  HWND Window() const override { return static_cast<HWND>(view_->window()); }
+  void Close() override { view_->End(false); }
   HWND List() const { return Control(IDC_SENSOR_LIST); }
   int RowCount() const { return ListView_GetItemCount(List()); }
-  void Press(WPARAM key) const {
-    MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
-    if (!IsDialogMessageA(Window(), &press)) DispatchMessageA(&press);
-  }
   void DoubleClick(int row) const {
     NMITEMACTIVATE click = {};
     click.hdr = {List(), IDC_SENSOR_LIST, static_cast<UINT>(NM_DBLCLK)};
@@ -96,13 +76,10 @@ class SensorSelectionViewTest : public testing::Test {
     }
   }
 
-  static inline SensorSelectionViewTest* test_ = nullptr;
   ListedSensors manager_;
   IFace sensors_{&manager_};
   std::unique_ptr<SensorSelectionView> view_ = MakeWin32SensorSelectionView();
   SensorSelection dialog_{sensors_, *view_};
-  std::vector<std::function<void()>> acts_;
-  size_t next_ = 0;
 };
 
 TEST_F(SensorSelectionViewTest, IsUsedByKeyboardAndByMouse) {

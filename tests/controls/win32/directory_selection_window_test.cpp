@@ -16,18 +16,14 @@
 #include "foundation/support/directory_selection.h"
 #include "foundation/support/files.h"
 #include "resources/resource.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
 
-using Acts = std::vector<std::function<void()>>;
-
-class DirectorySelectionWindowTest : public testing::Test {
+class DirectorySelectionWindowTest : public test::ModalDialogTest {
  protected:
   DirectorySelectionWindowTest() {
-    char temp[MAX_PATH];
-    GetTempPathA(sizeof temp, temp);
-    folder_ = std::string(temp) + "zyr-directories-" + std::to_string(GetCurrentProcessId());
     CreateDirectories(folder_ + "\\one\\deep");
     dialog_.directory = folder_;
   }
@@ -37,26 +33,12 @@ class DirectorySelectionWindowTest : public testing::Test {
     }
   }
 
-  // Runs the dialog; the user's acts follow each other as the window's loop comes by.
   bool Run(Acts acts) {
-    acts_ = std::move(acts);
-    test_ = this;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 50, Act);
-    const bool accepted = dialog_.Run(nullptr);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(next_, acts_.size()) << "the dialog closed early or not by itself";
-    EXPECT_EQ(view_->window(), nullptr);
-    return accepted;
+    return RunWith(std::move(acts), [&] { return dialog_.Run(nullptr); });
   }
-  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
-    DirectorySelectionWindowTest& test = *test_;
-    if (!IsWindowVisible(test.Window())) return;
-    if (test.next_ < test.acts_.size()) return test.acts_[test.next_++]();
-    DestroyWindow(test.Window());
-  }
-
-  HWND Window() const { return static_cast<HWND>(view_->window()); }
-  HWND Tree() const { return GetDlgItem(Window(), IDC_DIRECTORY_TREE); }
+  HWND Window() const override { return static_cast<HWND>(view_->window()); }
+  void Close() override { view_->End(false); }
+  HWND Tree() const { return Control(IDC_DIRECTORY_TREE); }
   HWND NamePopup() const { return GetLastActivePopup(Window()); }
   void Press(HWND window, int id) const { PostMessageA(window, WM_COMMAND, id, 0); }
   void Key(WPARAM key) const { SendMessageA(Tree(), WM_KEYDOWN, key, 0); }
@@ -72,20 +54,16 @@ class DirectorySelectionWindowTest : public testing::Test {
     return text;
   }
 
-  std::string folder_;
+  const std::string folder_ = test::FolderOfTest("zyr-directories");
   std::unique_ptr<DirectorySelectionView> view_ = MakeWin32DirectorySelectionView();
   DirectorySelection dialog_{*view_};
-  Acts acts_;
-  size_t next_ = 0;
-  static inline DirectorySelectionWindowTest* test_ = nullptr;
 };
 
 TEST_F(DirectorySelectionWindowTest, KeysOpenOneLevelAndANewDirectoryIsChosen) {
   EXPECT_TRUE(Run({
       [this] {
         EXPECT_EQ(WindowText(Window()), "Select Path");
-        EXPECT_EQ(WindowText(GetDlgItem(Window(), IDC_DIRECTORY_HEAD)),
-                  "Select the appropriate directory.");
+        EXPECT_EQ(WindowText(Control(IDC_DIRECTORY_HEAD)), "Select the appropriate directory.");
         EXPECT_EQ(GetFocus(), Tree());
         EXPECT_EQ(TextOf(Selected()), FileNameOf(folder_));
         EXPECT_EQ(TreeView_GetChild(Tree(), Selected()), nullptr) << "not read so far";
@@ -128,6 +106,7 @@ TEST_F(DirectorySelectionWindowTest, TenThousandDirectoriesAreShownAtOnce) {
     EXPECT_LT(GetTickCount64() - start, 5000u);
     view_->Select(after);  // it has gone with its parent
     view_->SetCanBeOpened(after, true);
+    Press(Window(), IDCANCEL);
   }}));
 }
 
@@ -155,15 +134,14 @@ TEST_F(DirectorySelectionWindowTest, KeepsItsControlsApartAtEverySize) {
       RECT former = {};
       for (const int id :
            {IDC_DIRECTORY_HEAD, IDC_DIRECTORY_TREE, IDC_DIRECTORY_NEW, IDOK, IDCANCEL}) {
-        RECT place;
-        GetWindowRect(GetDlgItem(Window(), id), &place);
-        MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
+        const RECT place = PlaceOf(id);
         EXPECT_TRUE(place.top >= former.bottom || place.left >= former.right) << id << ' ' << side;
         EXPECT_TRUE(place.right < client.right && place.bottom < client.bottom) << id;
         EXPECT_FALSE(IsRectEmpty(&place)) << id;
         former = place;
       }
     }
+    Press(Window(), IDCANCEL);
   }}));
 }
 

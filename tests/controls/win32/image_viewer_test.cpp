@@ -16,6 +16,7 @@
 #include "controls/image_viewer/viewer_tool_bars.h"
 #include "platform/clipboard.h"
 #include "resources/resource.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
@@ -64,10 +65,6 @@ class ImageViewerTest : public testing::Test {
     map_ = Map(width, height);
     Viewer().SetImage(map_.get(), true);
   }
-  static void Pump() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-  }
   HWND Bar(int index) const { return GetDlgItem(window_, ViewerToolBars::kFirstId + index); }
   HWND Button(uint32_t command) const {
     for (int i = 0; i < 2; ++i) {
@@ -88,11 +85,7 @@ class ImageViewerTest : public testing::Test {
     for (const auto& [place, id] : found) ids.push_back(id);
     return ids;
   }
-  // As the dialog's loop does.
-  void Press(WPARAM key) {
-    MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
-    if (!IsDialogMessageA(dialog_, &press)) DispatchMessageA(&press);
-  }
+  void Press(WPARAM key) { test::PressKey(dialog_, key); }
   void Click(UINT message, int x, int y, WPARAM keys = MK_LBUTTON) {
     SendMessageA(window_, message, keys, MAKELPARAM(x, y));
   }
@@ -303,7 +296,7 @@ TEST_F(ImageViewerTest, FullScreenShowsThePictureAndGivesTheKeyboardBack) {
   map_.reset();
   UpdateWindow(inner);
   Press(VK_ESCAPE);
-  Pump();
+  test::Pump();
   EXPECT_EQ(FullScreen(), nullptr);
   EXPECT_EQ(GetFocus(), window_);
 
@@ -346,7 +339,7 @@ TEST_F(ImageViewerTest, SurvivesItsEndWithinItsOwnEvents) {
     if (!viewerFirst) DestroyWindow(dialog_);
     viewer_.reset();
     EXPECT_EQ(FullScreen(), nullptr);
-    Pump();
+    test::Pump();
     TearDown();
     SetUp();
   }

@@ -19,6 +19,7 @@
 #include "resources/resource.h"
 #include "settings/pages/options_dialog.h"
 #include "tests/support/phrase_witness.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
@@ -238,31 +239,15 @@ TEST_F(PageFrameTest, LeavesNoWindowBehindIfItCannotBeMade) {
 }
 
 // The dialog with its real pages.
-class OptionsWindowTest : public testing::Test {
+class OptionsWindowTest : public test::ModalDialogTest {
  protected:
-  // The user's acts follow each other as the window's loop comes by.
-  bool Run(std::vector<std::function<void()>> acts, HWND owner = nullptr) {
-    acts_ = std::move(acts);
-    next_ = 0;
-    test_ = this;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 20, Act);
-    const bool accepted = dialog_.Run(owner);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(next_, acts_.size()) << "the dialog closed early or not by itself";
-    EXPECT_EQ(view_->window(), nullptr);
-    return accepted;
+  bool Run(Acts acts, HWND owner = nullptr) {
+    return RunWith(std::move(acts), [&] { return dialog_.Run(owner); });
   }
-  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
-    OptionsWindowTest& test = *test_;
-    if (!IsWindowVisible(test.Window())) return;
-    const size_t now = test.next_++;
-    if (now < test.acts_.size()) return test.acts_[now]();
-    test.view_->End(false);
-  }
-
-  HWND Window() const { return static_cast<HWND>(view_->window()); }
-  HWND Tree() const { return GetDlgItem(Window(), IDC_OPTIONS_TREE); }
-  HWND Area() const { return GetDlgItem(Window(), IDC_OPTIONS_AREA); }
+  HWND Window() const override { return static_cast<HWND>(view_->window()); }
+  void Close() override { view_->End(false); }
+  HWND Tree() const { return Control(IDC_OPTIONS_TREE); }
+  HWND Area() const { return Control(IDC_OPTIONS_AREA); }
   std::string Head() const { return WindowText(GetDlgItem(Area(), IDC_OPTIONS_TITLE)); }
   HTREEITEM Item(int row) const {
     HTREEITEM item = TreeView_GetRoot(Tree());
@@ -270,10 +255,7 @@ class OptionsWindowTest : public testing::Test {
     return item;
   }
   std::function<void()> Key(WPARAM key) const {
-    return [=, this] {
-      MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
-      if (!IsDialogMessageA(Window(), &press)) DispatchMessageA(&press);
-    };
+    return [=, this] { Press(key); };
   }
   HWND PasswordDialogWindow() const {
     HWND window = nullptr;
@@ -294,12 +276,9 @@ class OptionsWindowTest : public testing::Test {
     return shown;
   }
 
-  static inline OptionsWindowTest* test_ = nullptr;
   NoServices services_;
   std::unique_ptr<OptionsDialogView> view_ = MakeWin32OptionsDialogView();
   OptionsDialog dialog_{services_, *view_};
-  std::vector<std::function<void()>> acts_;
-  size_t next_ = 0;
 };
 
 TEST_F(OptionsWindowTest, TheKeyboardWalksTheTree) {
@@ -310,7 +289,7 @@ TEST_F(OptionsWindowTest, TheKeyboardWalksTheTree) {
     EXPECT_EQ(TreeView_GetSelection(Tree()), Item(6)) << "a group can be passed upwards";
     EXPECT_EQ(Head(), "ZYR 2000 Digital Sensor");
   };
-  std::vector<std::function<void()>> acts = {[&] {
+  Acts acts = {[&] {
     EXPECT_EQ(GetFocus(), Tree());
     EXPECT_EQ(TreeView_GetSelection(Tree()), Item(1));
     look();
@@ -332,7 +311,7 @@ TEST_F(OptionsWindowTest, TabBringsIntoViewWhatItReaches) {
     SetWindowPos(Window(), nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER);
     TreeView_SelectItem(Tree(), Item(8));  // with many controls
   };
-  std::vector<std::function<void()>> acts = {shrink, [] {}};
+  Acts acts = {shrink, [] {}};
   int inPage = 0;
   const auto inView = [&] {
     RECT focus;
@@ -364,20 +343,20 @@ TEST_F(OptionsWindowTest, EnterPressesTheButtonItIsAt) {
 }
 
 TEST_F(OptionsWindowTest, AGroupThatStaysClosedIsMarkedBack) {
-  std::vector<std::function<void()>> acts = {[this] { TreeView_SelectItem(Tree(), Item(3)); },
-                                             [] {},
-                                             [this] { TreeView_SelectItem(Tree(), Item(13)); },
-                                             [this] {
-                                               const HWND box = PasswordDialogWindow();
-                                               if (box == nullptr) return void(--next_);  // not yet
-                                               PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
-                                             },
-                                             [] {},
-                                             [this] {
-                                               EXPECT_EQ(TreeView_GetSelection(Tree()), Item(3));
-                                               EXPECT_EQ(Head(), "ZYR TWAIN Options");
-                                             },
-                                             Key(VK_ESCAPE)};
+  Acts acts = {[this] { TreeView_SelectItem(Tree(), Item(3)); },
+               [] {},
+               [this] { TreeView_SelectItem(Tree(), Item(13)); },
+               [this] {
+                 const HWND box = PasswordDialogWindow();
+                 if (box == nullptr) return ActAgain();  // not yet
+                 PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
+               },
+               [] {},
+               [this] {
+                 EXPECT_EQ(TreeView_GetSelection(Tree()), Item(3));
+                 EXPECT_EQ(Head(), "ZYR TWAIN Options");
+               },
+               Key(VK_ESCAPE)};
   EXPECT_FALSE(Run(acts));
 }
 

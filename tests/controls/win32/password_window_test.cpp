@@ -16,6 +16,7 @@
 #include "settings/password/hardware_password.h"
 #include "settings/password/password_dialog.h"
 #include "settings/settings_key.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
@@ -34,7 +35,7 @@ std::string Lengthened(const char* text) {
   return longer;
 }
 
-class PasswordWindowTest : public testing::Test {
+class PasswordWindowTest : public test::ModalDialogTest {
  protected:
   void SetUp() override { ForgetPassword(); }
   void TearDown() override {
@@ -42,39 +43,13 @@ class PasswordWindowTest : public testing::Test {
     ForgetPassword();
   }
 
-  // The user's acts follow each other as the window's loop comes by. The last one is to close it.
-  bool Run(std::vector<std::function<void()>> acts) {
+  bool Run(Acts acts) {
     view_ = MakeWin32PasswordDialogView();
-    acts_ = std::move(acts);
-    next_ = 0;
-    test_ = this;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, Act);
-    const bool accepted = PasswordDialog(*view_).Run(nullptr);
-    KillTimer(nullptr, timer);
-    EXPECT_EQ(next_, acts_.size()) << "the dialog closed early or not by itself";
-    EXPECT_EQ(view_->window(), nullptr);
-    return accepted;
+    return RunWith(std::move(acts), [&] { return PasswordDialog(*view_).Run(nullptr); });
   }
-  static void CALLBACK Act(HWND, UINT, UINT_PTR, DWORD) {
-    if (!IsWindowVisible(test_->Window())) return;
-    const size_t now = test_->next_++;
-    if (now < test_->acts_.size()) return test_->acts_[now]();
-    test_->view_->End(false);
-  }
-
-  HWND Window() const { return static_cast<HWND>(view_->window()); }
-  HWND Control(int id) const { return GetDlgItem(Window(), id); }
+  HWND Window() const override { return static_cast<HWND>(view_->window()); }
+  void Close() override { view_->End(false); }
   void Type(int field, const char* text) const { SetWindowTextA(Control(field), text); }
-  void Press(WPARAM key) const {
-    MSG press = {GetFocus(), WM_KEYDOWN, key, 0, 0, {}};
-    if (!IsDialogMessageA(Window(), &press)) DispatchMessageA(&press);
-  }
-  RECT PlaceOf(int id) const {
-    RECT place;
-    GetWindowRect(Control(id), &place);
-    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
-    return place;
-  }
   void ExpectTextFits(int id) const {
     const HWND control = Control(id);
     const RECT place = PlaceOf(id);
@@ -91,10 +66,7 @@ class PasswordWindowTest : public testing::Test {
     EXPECT_LT(place.bottom, client.bottom);
   }
 
-  static inline PasswordWindowTest* test_ = nullptr;
   std::unique_ptr<PasswordDialogView> view_;
-  std::vector<std::function<void()>> acts_;
-  size_t next_ = 0;
 };
 
 TEST_F(PasswordWindowTest, TheFirstOneIsTypedTwice) {
@@ -148,7 +120,7 @@ TEST_F(PasswordWindowTest, AWrongOneDisablesOKForItsTime) {
                       Press(VK_ESCAPE);
                     }}));
   const auto waitForOK = [this] {
-    if (!IsWindowEnabled(Control(IDOK))) --next_;  // comes by again
+    if (!IsWindowEnabled(Control(IDOK))) ActAgain();
   };
   EXPECT_TRUE(Run({waitForOK, [this] {
                      Type(IDC_PASSWORD, "secret");

@@ -9,24 +9,14 @@
 
 #include "settings/store.h"
 #include "tests/module/win32/loaded_module.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr {
 namespace {
 
-constexpr DWORD kPatience = 10'000;  // milliseconds
 constexpr int kThumbnailsCommand = 2007;
 
 bool IsLoaded() { return GetModuleHandleA("ZYRTWAIN.ds") != nullptr; }
-
-bool WaitFor(const std::function<bool()>& condition) {
-  const DWORD start = GetTickCount();
-  while (!condition() && GetTickCount() - start < kPatience) {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-    Sleep(1);
-  }
-  return condition();
-}
 
 BOOL CALLBACK TakeDialog(HWND window, LPARAM found) {
   if (GetDlgItem(window, kThumbnailsCommand) == nullptr) return TRUE;
@@ -64,9 +54,7 @@ void Dismiss() {
 class ModuleLifetimeTest : public testing::Test {
  protected:
   void SetUp() override {
-    char temp[MAX_PATH];
-    GetTempPathA(sizeof temp, temp);
-    SetScanToPath(std::string(temp) + "zyr-module-" + std::to_string(GetCurrentProcessId()));
+    SetScanToPath(test::FolderOfTest("zyr-module"));
     SetCheckForConflicts(false);
     SetProceedDirectlyToScan(false);
   }
@@ -132,9 +120,9 @@ TEST_F(ModuleLifetimeTest, StaysWithItsDialog) {
     const HWND dialog = Dialog();
     ASSERT_TRUE(IsLoaded());
     RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-    WaitFor([] { return true; });
+    test::WaitFor([] { return true; });
     DestroyWindow(dialog);
-    EXPECT_TRUE(WaitFor([] { return !IsLoaded(); }));
+    EXPECT_TRUE(test::WaitFor([] { return !IsLoaded(); }));
   }
   // Or until the source is closed after all.
   Load();
@@ -156,14 +144,14 @@ TEST_F(ModuleLifetimeTest, OutlivesTheCallsThatAreUnderWay) {
   Load();
   AtNextTurn(closeAndDismiss);
   EXPECT_EQ(Enable(), TWRC_FAILURE) << "its files are missing, and it was closed";
-  EXPECT_TRUE(WaitFor([] { return !IsLoaded(); }));
+  EXPECT_TRUE(test::WaitFor([] { return !IsLoaded(); }));
 
   SetCheckForConflicts(false);
   Load();
   ASSERT_EQ(Enable(), TWRC_SUCCESS);
   AtNextTurn(closeAndDismiss);
   SendMessageA(Dialog(), WM_COMMAND, kThumbnailsCommand, 0);
-  EXPECT_TRUE(WaitFor([] { return !IsLoaded(); }));
+  EXPECT_TRUE(test::WaitFor([] { return !IsLoaded(); }));
   EXPECT_EQ(Dialog(), nullptr);
 }
 
@@ -205,7 +193,7 @@ TEST_F(ModuleLifetimeTest, EndsWithTheProcess) {
   PROCESS_INFORMATION child;
   ASSERT_TRUE(CreateProcessA(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                              &startup, &child));
-  EXPECT_EQ(WaitForSingleObject(child.hProcess, kPatience), WAIT_OBJECT_0);
+  EXPECT_EQ(WaitForSingleObject(child.hProcess, test::kPatience), WAIT_OBJECT_0);
   DWORD code = 0;
   EXPECT_TRUE(GetExitCodeProcess(child.hProcess, &code));
   EXPECT_EQ(code, kExitCode);

@@ -2,6 +2,7 @@
 
 #include "platform/win32/system.h"
 #include "tests/platform/files_contract.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr::platform {
 namespace {
@@ -9,12 +10,7 @@ namespace {
 // A folder below the user's temporary one, removed with its contents.
 class ScratchFolder {
  public:
-  ScratchFolder() {
-    char temp[MAX_PATH];
-    GetTempPathA(sizeof temp, temp);
-    path_ = std::string(temp) + "zyr-files-" + std::to_string(GetCurrentProcessId());
-    MakeDirectory(path_);
-  }
+  ScratchFolder() { MakeDirectory(path_); }
   ~ScratchFolder() { Empty(path_), RemoveDirectoryA(path_.c_str()); }
 
   const std::string& path() const { return path_; }
@@ -38,7 +34,7 @@ class ScratchFolder {
   }
 
  private:
-  std::string path_;
+  const std::string path_ = test::FolderOfTest("zyr-files");
 };
 
 }  // namespace

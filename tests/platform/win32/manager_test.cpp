@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/win32/system.h"
+#include "tests/support/win32/window_test.h"
 
 namespace zyr::platform {
 namespace {
@@ -47,10 +48,7 @@ class LoadedCopy {
  public:
   explicit LoadedCopy(const std::string& name) {
     char own[MAX_PATH];
-    char temp[MAX_PATH];
     GetModuleFileNameA(nullptr, own, sizeof own);
-    GetTempPathA(sizeof temp, temp);
-    folder_ = std::string(temp) + "zyr-manager-" + std::to_string(GetCurrentProcessId());
     path_ = folder_ + "\\" + name;
     CreateDirectoryA(folder_.c_str(), nullptr);
     CopyFileA(own, path_.c_str(), FALSE);
@@ -67,7 +65,7 @@ class LoadedCopy {
   HMODULE module() const { return module_; }
 
  private:
-  std::string folder_;
+  const std::string folder_ = test::FolderOfTest("zyr-manager");
   std::string path_;
   HMODULE module_ = nullptr;
 };

@@ -1,4 +1,4 @@
-#include "controls/image_viewer/icon_strokes.h"
+#include "controls/icon_strokes.h"
 
 #include <cmath>
 #include <numbers>
