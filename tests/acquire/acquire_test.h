@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <cstdint>
 #include <cstring>
@@ -12,6 +13,7 @@
 
 #include "acquire/image_cache/cached_image.h"
 #include "acquire/image_cache/image_cache.h"
+#include "foundation/support/format.h"
 #include "imaging/image/packed_dib.h"
 #include "platform/global_memory.h"
 #include "platform/host/host.h"
@@ -66,6 +68,10 @@ inline std::vector<uint8_t> CopyOf(std::span<const uint8_t> bytes) {
   return {bytes.begin(), bytes.end()};
 }
 
+inline std::string CrcOf(std::span<const uint8_t> bytes) {
+  return FormatText("%08lx", crc32(0, bytes.data(), static_cast<uInt>(bytes.size())));
+}
+
 inline void AppendNumber(std::string* bytes, uint32_t value) {
   for (int i = 0; i < 4; ++i) *bytes += static_cast<char>(value >> (8 * i));
 }
@@ -73,10 +79,9 @@ inline void AppendNumber(std::string* bytes, uint32_t value) {
 // The cache file as other programs write and read it.
 inline std::string CacheFileOf(const ImageDescription& image, const std::vector<uint8_t>& pixels) {
   std::string bytes;
-  for (uint32_t field :
-       {uint32_t{image.isZyr303}, image.bitsPerPixel, image.width, image.height, image.xResolution,
-        image.yResolution, image.captureTime, image.frameNumber,
-        static_cast<uint32_t>(image.sensorId.size())}) {
+  for (uint32_t field : {uint32_t{image.isZyr303}, image.bitsPerPixel, image.width, image.height,
+                         image.xResolution, image.yResolution, image.captureTime, image.frameNumber,
+                         static_cast<uint32_t>(image.sensorId.size())}) {
     AppendNumber(&bytes, field);
   }
   return bytes + image.sensorId + std::string(pixels.begin(), pixels.end());

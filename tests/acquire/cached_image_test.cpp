@@ -91,24 +91,23 @@ TEST_F(CachedImageTest, RefusesAbsurdHeadersWithoutReadingOrAllocating) {
     host::PutFile(kPath, bytes);
     EXPECT_FALSE(CachedImage().Load(kPath)) << offset << ": " << value;
   }
-  ImageDescription overflowing = *image;  // to 0 and to less than that
-  for (const uint32_t height : {0x8000'0000u, 0x4000'0000u}) {
-    overflowing.width = 0x8000'0000;
-    overflowing.height = height;
+  ImageDescription overflowing = *image;
+  overflowing.width = 0x8000'0000;
+  for (overflowing.height = 0x8000'0000; overflowing.height > 1; overflowing.height >>= 1) {
     host::PutFile(kPath, CacheFileOf(overflowing, PixelsOf(*image)));
     EXPECT_FALSE(CachedImage().Load(kPath));
   }
 }
 
-// One image on disk, a second one about to be written.
-struct Folder {
-  Folder() {
+// With one image on disk; a second one is about to be written.
+class CachedImageFaultTest : public AcquireTest {
+ protected:
+  static void StartAnew() {
     host::ResetFiles();
-    older = PutCacheFile("CACHEDRAW_9.RAW", 1);
+    PutCacheFile("CACHEDRAW_9.RAW", 1);
   }
-
   // What a new start finds, by capture time.
-  std::vector<uint32_t> Found() const {
+  static std::vector<uint32_t> Found() {
     ImageCache cache;
     cache.LoadAll();
     std::vector<uint32_t> times;
@@ -119,19 +118,17 @@ struct Folder {
     }
     return times;
   }
-
-  ImageDescription older;
 };
 
 // Each fault in turn: a new start finds the old images whole, and the new one whole or not at all,
 // be it that the process died there or that it went on.
-TEST_F(CachedImageTest, SavesWholeOrNotAtAll) {
+TEST_F(CachedImageFaultTest, SavesWholeOrNotAtAll) {
   const std::function<void(uint64_t)> faults[] = {
       [](uint64_t at) { host::FailChangesAfter(at); },
       [](uint64_t at) { host::FillDiskAfter(at * 257); }};
   for (const auto& setFault : faults) {
     for (uint64_t at = 0; at <= 10; ++at) {
-      Folder folder;
+      StartAnew();
       const auto image = NewImage(40, 30, 12);
       const std::vector<uint8_t> pixels = PixelsOf(*image);
       setFault(at);
@@ -139,20 +136,20 @@ TEST_F(CachedImageTest, SavesWholeOrNotAtAll) {
       EXPECT_TRUE(saved ? at >= 4 : at < 10) << at;
       const std::vector<uint32_t> oldSet = {1};
       const std::vector<uint32_t> newSet = {1, image->captureTime};
-      EXPECT_EQ(folder.Found(), saved ? newSet : oldSet) << at;
+      EXPECT_EQ(Found(), saved ? newSet : oldSet) << at;
       EXPECT_EQ(CopyOf(image->PixelData()), pixels) << at;
 
       host::FillDiskAfter(std::nullopt);
       host::FailChangesAfter(std::nullopt);
       EXPECT_TRUE(image->Save()) << at;
-      EXPECT_EQ(folder.Found(), newSet) << at;
+      EXPECT_EQ(Found(), newSet) << at;
     }
   }
 }
 
-TEST_F(CachedImageTest, ReplacesItsFileInOneStep) {
+TEST_F(CachedImageFaultTest, ReplacesItsFileInOneStep) {
   for (uint64_t at = 0; at <= 6; ++at) {
-    Folder folder;
+    StartAnew();
     const auto image = NewImage(40, 30, 12);
     ASSERT_TRUE(image->Save());
     const std::string before = *host::FileBytes(kPath);
@@ -166,9 +163,9 @@ TEST_F(CachedImageTest, ReplacesItsFileInOneStep) {
   }
 }
 
-TEST_F(CachedImageTest, LeavesNothingHalfWritten) {
+TEST_F(CachedImageFaultTest, LeavesNothingHalfWritten) {
   for (void (*fault)(bool) : {host::FailWrites, host::FailSyncs, host::FailMoves}) {
-    Folder folder;
+    StartAnew();
     fault(true);
     EXPECT_FALSE(NewImage(40, 30, 8)->Save());
     EXPECT_EQ(platform::ListFiles(kFolder, "*"), std::vector<std::string>{"CACHEDRAW_9.RAW"});

@@ -1,21 +1,20 @@
 // What the application gets of an exposure, bit for bit: from the simulated sensor through the
 // whole capture, with the settings that a new installation has and with others. Whoever captures
 // the same exposure under Windows gets the same.
-#include <zlib.h>
-
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "foundation/support/format.h"
 #include "hardware/device/sensor_settings.h"
+#include "platform/host/resources.h"
+#include "resources/resource.h"
 #include "settings/store.h"
 #include "simulator/tool/scene.h"
 #include "tests/acquire/capture_dialog_fixture.h"
-#include "tests/acquire/maker_mark.h"
 #include "tests/hardware/golden_text.h"
 #include "tests/support/simulated_sensor.h"
 
@@ -26,6 +25,16 @@ namespace {
 constexpr char kGolden[] =
 #include "tests/acquire/golden/delivered.inc"
     ;
+
+// The maker's mark, which the module has among its resources.
+void UseMakerMark() {
+  constexpr size_t kFileHeadBytes = 14;  // which a resource does without
+  std::ifstream file(ZYR_STAMP_FILE, std::ios::binary);
+  std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
+  ASSERT_GT(bytes.size(), kFileHeadBytes);
+  bytes.erase(bytes.begin(), bytes.begin() + kFileHeadBytes);
+  host::AddBitmap(platform::OwnResources(), IDB_STAMP, bytes);
+}
 
 class DeliveredCaptureTest : public CaptureDialogFixture {
  protected:
@@ -84,22 +93,20 @@ class DeliveredCaptureTest : public CaptureDialogFixture {
     CachedImage& image = *images_.GetAt(0);
     const uint32_t rowBytes = image.width * (deep ? 2 : 1);
     std::vector<uint8_t> rows(size_t{rowBytes + 3} * image.height);
-    TransferTerms terms;
-    terms.is16BitGrayscale = [=] { return deep; };
-    MemoryStrip strip;
-    strip.isPointer = true;
-    strip.length = static_cast<uint32_t>(rows.size());
-    strip.memory = rows.data();
+    const TransferTerms terms{.is16BitGrayscale = [=] { return deep; }};
+    MemoryStrip strip{
+        .isPointer = true, .length = static_cast<uint32_t>(rows.size()), .memory = rows.data()};
     const uint32_t xOffset = 0;
     uint32_t offset = 0;
     bool done = false;
     EXPECT_TRUE(image.CopyToMemoryBuffer(&strip, &xOffset, &offset, &done, terms));
     EXPECT_EQ(offset, image.height);
-    uLong crc = 0;
+    std::vector<uint8_t> pixels;
     for (uint32_t y = 0; y < image.height; ++y) {
-      crc = crc32(crc, rows.data() + size_t{strip.bytesPerRow} * y, rowBytes);
+      const uint8_t* row = rows.data() + size_t{strip.bytesPerRow} * y;
+      pixels.insert(pixels.end(), row, row + rowBytes);
     }
-    return FormatText("%08lx", crc);
+    return CrcOf(pixels);
   }
 };
 

@@ -69,10 +69,11 @@ TEST_F(ImageCacheTest, TakesPixelsOfACaptureWithoutPadding) {
 }
 
 TEST_F(ImageCacheTest, RefusesWhatIsNoCapture) {
-  EXPECT_EQ(cache_.AddFromHandle("ZYR2000", nullptr, 1, 1, ""), nullptr);
-  EXPECT_EQ(cache_.AddFromHandle("ZYR2000", BlockOf("no bitmap"), 1, 1, ""), nullptr);
-  EXPECT_EQ(cache_.AddFromHandle("ZYR2000", DibOf(9999, 9999, 16, "short"), 1, 1, ""), nullptr);
-  EXPECT_EQ(cache_.AddFromHandle("ZYR2000", DibOf(0, 1, 8, GreyTable()), 1, 1, ""), nullptr);
+  for (const platform::GlobalHandle block :
+       {platform::GlobalHandle{}, BlockOf("no bitmap"), DibOf(9999, 9999, 16, "short"),
+        DibOf(0, 1, 8, GreyTable())}) {
+    EXPECT_EQ(cache_.AddFromHandle("ZYR2000", block, 1, 1, ""), nullptr);
+  }
   EXPECT_EQ(cache_.GetCount(), 0u);
 }
 

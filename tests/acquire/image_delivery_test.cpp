@@ -3,6 +3,7 @@
 #include "imaging/formats/jpeg.h"
 #include "settings/store.h"
 #include "tests/acquire/acquire_test.h"
+#include "tests/hardware/golden_text.h"
 
 namespace zyr::test {
 namespace {
@@ -18,45 +19,12 @@ constexpr Shape kShapes[] = {{1, 1, 12}, {1, 5, 8},  {2, 3, 12}, {3, 4, 8},  {4,
 const TransferTerms kDeep = {.is16BitGrayscale = [] { return true; }};
 const TransferTerms kGrey = {.is16BitGrayscale = [] { return false; }};
 
-uint32_t Sample(const std::vector<uint8_t>& pixels, const ImageDescription& image, uint32_t x,
-                uint32_t row) {
-  const size_t at = row * image.RowBytes() + x * image.BytesPerPixel();
-  return image.BytesPerPixel() == 1 ? pixels[at] : pixels[at] | pixels[at + 1] << 8;
-}
-
-uint16_t Stretched(uint32_t value) {
-  return static_cast<uint16_t>(
-      static_cast<uint64_t>(value * 0.0002442002442002442 * 65535.0 + 0.5));
-}
-
-// The upper eight of the bits that the picture uses.
-uint8_t Reduced(const std::vector<uint8_t>& pixels, const ImageDescription& image, uint32_t value) {
-  if (image.bitsPerPixel == 8) return static_cast<uint8_t>(value);
-  uint32_t all = 0;
-  for (uint32_t y = 0; y < image.height; ++y) {
-    for (uint32_t x = 0; x < image.width; ++x) all |= Sample(pixels, image, x, y);
-  }
-  uint32_t shift = 0;
-  while (all >> shift > 255) ++shift;
-  return static_cast<uint8_t>(value >> shift);
-}
-
-// Rows of the delivered form, in the order of the pixels; 8-bit rows are padded to 4 bytes with
-// ones.
-std::string DeliveredRow(const CachedImage& image, const std::vector<uint8_t>& pixels, uint32_t row,
-                         bool deep, bool stretch) {
-  std::string bytes;
-  for (uint32_t x = 0; x < image.width; ++x) {
-    const uint32_t value = Sample(pixels, image, x, row);
-    const uint32_t level = !deep     ? Reduced(pixels, image, value)
-                           : stretch ? Stretched(value)
-                                     : value;
-    bytes += static_cast<char>(level);
-    if (deep) bytes += static_cast<char>(level >> 8);
-  }
-  if (!deep) bytes.resize((bytes.size() + 3) / 4 * 4, '\xFF');
-  return bytes;
-}
+// Of each shape, depth and stretch: the CRC-32 of the native form, and of inverted strips with one
+// row, two rows and so on. The inversion is as applications have always met it: both pointers over
+// one buffer, the writing one advancing by the stride in bytes.
+constexpr char kGolden[] =
+#include "tests/acquire/golden/forms.inc"
+    ;
 
 class DeliveryTest : public AcquireTest {
  protected:
@@ -71,9 +39,20 @@ class DeliveryTest : public AcquireTest {
     return terms.is16BitGrayscale() && image.bitsPerPixel > 8;
   }
 
+  static uint32_t RowBytes(const CachedImage& image, const TransferTerms& terms) {
+    return IsDeep(image, terms) ? image.width * 2 : (image.width + 3) / 4 * 4;
+  }
+  static std::span<const uint8_t> AsBytes(const std::string& text) {
+    return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
+  }
+  static MemoryStrip StripIn(std::vector<uint8_t>& memory) {
+    return {
+        .isPointer = true, .length = static_cast<uint32_t>(memory.size()), .memory = memory.data()};
+  }
+  void TransferInStrips(CachedImage& image, const TransferTerms& terms, uint32_t length);
+
   bool Copy(CachedImage& image, MemoryStrip* strip, const TransferTerms& terms) {
     const uint32_t xOffset = 0;
-    done_ = false;
     return image.CopyToMemoryBuffer(strip, &xOffset, &yOffset_, &done_, terms);
   }
 
@@ -81,33 +60,30 @@ class DeliveryTest : public AcquireTest {
   bool done_ = false;
 };
 
-TEST_F(DeliveryTest, NativeBitmap) {
+TEST_F(DeliveryTest, NativeFormAndInvertedStrips) {
+  std::string forms = "width height bits deep stretch: native inverted\n";
   for (const Shape& shape : kShapes) {
-    for (const bool stretch : {true, false}) {
-      for (const TransferTerms& terms : {kDeep, kGrey}) {
+    for (TransferTerms terms : {kDeep, kGrey}) {
+      for (const bool stretch : {true, false}) {
         SetHistStretch(stretch);
         const auto image = Make(shape);
-        image->TurnTopDown();
-        const std::vector<uint8_t> pixels = CopyOf(image->PixelData());
-        const bool deep = IsDeep(*image, terms);
-
-        BitmapInfoHeader header;
-        header.biWidth = static_cast<int32_t>(shape.width);
-        header.biHeight = static_cast<int32_t>(shape.height);
-        header.biBitCount = deep ? 16 : 8;
-        header.biXPelsPerMeter = 23622;  // 600 and 300 dpi
-        header.biYPelsPerMeter = 11811;
-        const uint32_t colours = header.biClrUsed = header.biClrImportant = deep ? 0 : 256;
-        std::string expected(reinterpret_cast<const char*>(&header), sizeof header);
-        for (uint32_t i = 0; i < colours; ++i) AppendNumber(&expected, i * 0x010101);
-        for (uint32_t row = shape.height; row-- > 0;) {
-          expected += DeliveredRow(*image, pixels, row, deep, stretch);
+        const std::string native = TakeBytes(image->MakeNativeHandle(terms));
+        forms += FormatText("%u %u %u %d %d: ", shape.width, shape.height, shape.bits,
+                            IsDeep(*image, terms), stretch) +
+                 CrcOf(AsBytes(native));
+        terms.pixelFlavor = 1;
+        for (uint32_t rows = 1; rows <= shape.height; ++rows) {
+          std::vector<uint8_t> memory(RowBytes(*image, terms) * rows);
+          MemoryStrip strip = StripIn(memory);
+          yOffset_ = 0;
+          ASSERT_TRUE(Copy(*image, &strip, terms));
+          forms += ' ' + CrcOf(memory);
         }
-        EXPECT_EQ(TakeBytes(image->MakeNativeHandle(terms)), expected)
-            << shape.width << " x " << shape.height << " x " << shape.bits;
+        forms += '\n';
       }
     }
   }
+  ExpectGolden("forms.inc", kGolden, forms);
 }
 
 TEST_F(DeliveryTest, NativeWithoutMemoryGivesNull) {
@@ -121,20 +97,21 @@ TEST_F(DeliveryTest, NativeWithoutMemoryGivesNull) {
   EXPECT_EQ(CachedImage().MakeNativeHandle(kGrey), nullptr);
 }
 
-// Collects a whole transfer in strips of `length` bytes and checks the bookkeeping of each.
-void TransferInStrips(CachedImage& image, const TransferTerms& terms, bool deep, uint32_t length) {
-  const std::vector<uint8_t> pixels = CopyOf(image.PixelData());
-  const uint32_t rowBytes = deep ? image.width * 2 : (image.width + 3) / 4 * 4;
+// A whole transfer in strips of `length` bytes, whose rows are those of the native form from its
+// end.
+void DeliveryTest::TransferInStrips(CachedImage& image, const TransferTerms& terms,
+                                    uint32_t length) {
+  const std::string native = TakeBytes(image.MakeNativeHandle(terms));
+  const uint32_t rowBytes = RowBytes(image, terms);
   const uint32_t rowsThatFit = length / rowBytes;
-  const uint32_t xOffset = 0;
-  uint32_t yOffset = 0;
-  bool done = false;
-  while (!done) {
-    const uint32_t first = yOffset;
+  yOffset_ = 0;
+  done_ = false;
+  while (!done_) {
+    const uint32_t first = yOffset_;
     const uint32_t rows = std::min(rowsThatFit, image.height - first);
     std::string expected;
     for (uint32_t row = first; row < first + rows; ++row) {
-      expected += DeliveredRow(image, pixels, row, deep, true);
+      expected += native.substr(native.size() - (row + 1) * rowBytes, rowBytes);
     }
     // An odd address now and then, and nothing behind the strip.
     std::vector<uint8_t> memory(length + 1);
@@ -143,27 +120,26 @@ void TransferInStrips(CachedImage& image, const TransferTerms& terms, bool deep,
     const bool byHandle = length % 4 == 1;
     if (byHandle) strip.memory = platform::AllocateMovable(length, true);
     strip.isPointer = !byHandle;
-    ASSERT_TRUE(image.CopyToMemoryBuffer(&strip, &xOffset, &yOffset, &done, terms));
+    ASSERT_TRUE(Copy(image, &strip, terms));
     ASSERT_EQ(strip.bytesPerRow, rowBytes);
     ASSERT_EQ(strip.columns, image.width);
     ASSERT_EQ(strip.rows, rows);
     ASSERT_EQ(strip.yOffset, first);
     ASSERT_EQ(strip.bytesWritten, expected.size());
-    ASSERT_EQ(yOffset, first + rows);
-    ASSERT_EQ(done, rowsThatFit > image.height - first) << "with room to spare behind the last row";
+    ASSERT_EQ(yOffset_, first + rows);
+    ASSERT_EQ(done_, rowsThatFit > image.height - first) << "room to spare behind the last row";
     const std::string got =
         byHandle ? TakeBytes(strip.memory) : std::string(memory.begin() + shift, memory.end());
     ASSERT_EQ(got.substr(0, expected.size()), expected);
   }
-  ASSERT_EQ(yOffset, image.height);
+  ASSERT_EQ(yOffset_, image.height);
 }
 
 TEST_F(DeliveryTest, StripsOfEveryLength) {
   for (const Shape& shape : kShapes) {
     for (const TransferTerms& terms : {kDeep, kGrey}) {
       const auto image = Make(shape);
-      const bool deep = IsDeep(*image, terms);
-      const uint32_t rowBytes = deep ? shape.width * 2 : (shape.width + 3) / 4 * 4;
+      const uint32_t rowBytes = RowBytes(*image, terms);
       std::vector<uint8_t> memory(rowBytes);
       for (uint32_t length = 0; length < rowBytes; ++length) {
         MemoryStrip strip{.isPointer = true, .length = length, .memory = memory.data()};
@@ -173,10 +149,10 @@ TEST_F(DeliveryTest, StripsOfEveryLength) {
       }
       const uint32_t whole = rowBytes * shape.height;
       for (uint32_t length = rowBytes; length <= 2 * rowBytes + 1; ++length) {
-        TransferInStrips(*image, terms, deep, length);
+        TransferInStrips(*image, terms, length);
       }
       for (const uint32_t length : {whole - 1, whole, whole + 1, whole + rowBytes, 4 * whole}) {
-        if (length >= rowBytes) TransferInStrips(*image, terms, deep, length);
+        if (length >= rowBytes) TransferInStrips(*image, terms, length);
       }
     }
   }
@@ -211,55 +187,14 @@ TEST_F(DeliveryTest, RefusesMemoryThatIsNotWhatItIsSaidToBe) {
     EXPECT_EQ(TakeBytes(small), std::string(100, '\0'));
 
     host::ResetGlobalMemory();
+    done_ = false;
     yOffset_ = 4'000'000'000;  // beyond the picture
     MemoryStrip strip{.isPointer = true, .length = 700, .memory = memory.data()};
     EXPECT_TRUE(Copy(*image, &strip, terms));
     EXPECT_TRUE(done_);
     EXPECT_EQ(strip.rows, 0u);
     yOffset_ = 0;
-  }
-}
-
-// The inversion as applications have always met it: both pointers over one buffer, the writing one
-// advancing by the stride in bytes.
-void InvertSlowly(std::string* bytes, uint32_t width, uint32_t rows, uint32_t stride, bool deep) {
-  const auto get = [&](size_t pixel) -> uint32_t {
-    const auto* data = reinterpret_cast<const uint8_t*>(bytes->data());
-    return deep ? data[2 * pixel] | data[2 * pixel + 1] << 8 : data[pixel];
-  };
-  for (uint32_t row = 0; row < rows; ++row) {
-    for (uint32_t x = 0; x < width; ++x) {
-      const uint32_t value = deep ? 65536 - get(row * width + x) : 255 - get(row * width + x);
-      const size_t to = size_t{row} * stride + x;
-      if ((to + 1) * (deep ? 2 : 1) > bytes->size()) continue;
-      (*bytes)[deep ? 2 * to : to] = static_cast<char>(value);
-      if (deep) (*bytes)[2 * to + 1] = static_cast<char>(value >> 8);
-    }
-  }
-}
-
-TEST_F(DeliveryTest, InvertsWithinTheStrip) {
-  for (const Shape& shape : kShapes) {
-    for (TransferTerms terms : {kDeep, kGrey}) {
-      for (const uint32_t rows : {1u, 2u, 3u, shape.height}) {
-        if (rows > shape.height) continue;
-        const auto image = Make(shape);
-        const bool deep = IsDeep(*image, terms);
-        std::string expected;
-        for (uint32_t row = 0; row < rows; ++row) {
-          expected += DeliveredRow(*image, CopyOf(image->PixelData()), row, deep, true);
-        }
-        const auto length = static_cast<uint32_t>(expected.size());
-        InvertSlowly(&expected, shape.width, rows, length / rows, deep);
-        std::vector<uint8_t> memory(length);
-        MemoryStrip strip{.isPointer = true, .length = length, .memory = memory.data()};
-        terms.pixelFlavor = 1;
-        yOffset_ = 0;
-        ASSERT_TRUE(Copy(*image, &strip, terms));
-        EXPECT_EQ(std::string(memory.begin(), memory.end()), expected)
-            << shape.width << " x " << rows << " x " << shape.bits;
-      }
-    }
+    done_ = false;
   }
 }
 

@@ -12,6 +12,14 @@
 
 namespace zyr::test {
 
+inline std::unique_ptr<CachedImage> Copy(const ImageDescription& description,
+                                         const std::vector<uint8_t>& pixels) {
+  auto image = std::make_unique<CachedImage>();
+  static_cast<ImageDescription&>(*image) = description;
+  image->SetPixelData(pixels);
+  return image;
+}
+
 // A cache with one image, which stands on disk.
 class ImageDialogTest : public AcquireTest {
  protected:

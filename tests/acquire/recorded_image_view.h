@@ -56,8 +56,7 @@ struct RecordedGammaView : GammaDialogView {
   platform::Window window() const override { return nullptr; }
   void End(bool isAccepted) override { accepted = isAccepted; }
   CKIPImageViewerControl& viewer() override { return control; }
-  void SetSliderRange(uint32_t slider, int32_t least, int32_t most, int32_t at) override {
-    ranges[slider] = {least, most};
+  void SetSliderRange(uint32_t slider, int32_t, int32_t, int32_t at) override {
     positions[slider] = at;
   }
   int32_t SliderPosition(uint32_t slider) const override { return positions.at(slider); }
@@ -76,7 +75,6 @@ struct RecordedGammaView : GammaDialogView {
   User user;
   RecordedViewer viewerView;
   CKIPImageViewerControl control{viewerView};
-  std::map<uint32_t, std::pair<int32_t, int32_t>> ranges;
   std::map<uint32_t, int32_t> positions;
   std::map<uint32_t, std::string> labels;
   uint32_t timer = 0;  // 0 while it does not run

@@ -17,8 +17,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr char kInstruction[] =
-    "Select that sensor that is to be used to capture the digital x-ray.";
 constexpr char kNoDevices[] = "No ZYR devices detected. Please check your hardware connection.";
 
 // Knows sensors of a family that this module does not.
@@ -51,7 +49,7 @@ class SensorSelectionTest : public AcquireTest {
     Plug(&first_, simulator::kFamily2000, "0001");
     Plug(&second_, simulator::kFamily303, "0002");
   }
-  bool Run(DevMgr& manager) {
+  bool Run(DevMgr&& manager = DevMgr()) {
     IFace sensors(&manager);
     SensorSelection dialog(sensors, view_);
     dialog.selected = selected_;
@@ -59,10 +57,6 @@ class SensorSelectionTest : public AcquireTest {
     const bool accepted = dialog.Run(nullptr);
     selected_ = dialog.selected;
     return accepted;
-  }
-  bool Run() {
-    DevMgr manager;
-    return Run(manager);
   }
 
   std::optional<SimulatedSensor> first_;
@@ -78,13 +72,8 @@ TEST_F(SensorSelectionTest, MarksTheSelectedSensorAndTakesTheChosenOne) {
   autoClose_ = true;
   view_.user = [this](SensorSelection& dialog) {
     EXPECT_THAT(view_.columns, ElementsAre("Device Name", "Sensor ID", "Device ID"));
-    EXPECT_EQ(view_.message, kInstruction);
-    EXPECT_EQ(view_.color, 0x800000u);
-    EXPECT_EQ(view_.secondColor, std::nullopt);
-    EXPECT_TRUE(view_.listVisible);
     ASSERT_EQ(view_.rows.size(), 2u);
-    EXPECT_EQ(view_.rows[0].name, "ZYR2000");
-    EXPECT_EQ(view_.rows[1].name, "ZYR303");
+    EXPECT_EQ(view_.rows[0].name + view_.rows[1].name, "ZYR2000ZYR303");
     EXPECT_EQ(view_.selected, 1u);
     dialog.OnRefreshTimer();
     EXPECT_EQ(view_.fills, 1) << "nothing has changed";
@@ -94,7 +83,6 @@ TEST_F(SensorSelectionTest, MarksTheSelectedSensorAndTakesTheChosenOne) {
   EXPECT_EQ(selected_.name, "LUMORAY");
   EXPECT_EQ(selected_.deviceId, second_->instanceId());
   EXPECT_EQ(view_.rows[1].sensorId, selected_.sensorId);
-  EXPECT_EQ(view_.rows[1].deviceId, selected_.deviceId);
 
   selected_ = {"kept", "kept", "unplugged"};
   view_.user = [this](SensorSelection&) { EXPECT_EQ(view_.selected, 0u); };
@@ -104,18 +92,12 @@ TEST_F(SensorSelectionTest, MarksTheSelectedSensorAndTakesTheChosenOne) {
 
 TEST_F(SensorSelectionTest, TakesTheOnlySensorUnseen) {
   Plug(&first_, simulator::kFamily2000, "0001");
-  DevMgr manager;
-  IFace sensors(&manager);
-  SensorSelection dialog(sensors, view_);
-  dialog.auto_close = true;
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_TRUE(dialog.Run(nullptr));
-    EXPECT_FALSE(view_.wasSeen);
-    EXPECT_EQ(dialog.selected.deviceId, first_->instanceId());
+  for (const bool unseen : {true, false}) {
+    autoClose_ = unseen;
+    EXPECT_EQ(Run(), unseen);
+    EXPECT_EQ(view_.wasSeen, !unseen);
+    EXPECT_EQ(selected_.deviceId, first_->instanceId());
   }
-  dialog.auto_close = false;
-  EXPECT_FALSE(dialog.Run(nullptr));
-  EXPECT_TRUE(view_.wasSeen);
 }
 
 TEST_F(SensorSelectionTest, SaysThatThereIsNothingToChoose) {
@@ -128,7 +110,6 @@ TEST_F(SensorSelectionTest, SaysThatThereIsNothingToChoose) {
     dialog.OnOK();
   };
   EXPECT_FALSE(Run());
-  EXPECT_EQ(view_.ended, false);
   EXPECT_EQ(selected_.name, "kept");
   EXPECT_THAT(host::ShownPrompts(), IsEmpty());
 
@@ -136,8 +117,6 @@ TEST_F(SensorSelectionTest, SaysThatThereIsNothingToChoose) {
   host::FailEnumeration(13);
   view_.user = [this](SensorSelection& dialog) {
     EXPECT_EQ(view_.message, "Unable to initialize ZYR hardware interface.");
-    EXPECT_EQ(view_.color, 0x800000u);
-    EXPECT_EQ(view_.secondColor, std::nullopt);
     EXPECT_TRUE(view_.rows.empty());
     dialog.OnRefreshTimer();
     dialog.OnOK();
@@ -154,10 +133,9 @@ TEST_F(SensorSelectionTest, StaysOpenUntilTheChoiceIsOne) {
     EXPECT_EQ(view_.ended, std::nullopt);
   };
   EXPECT_FALSE(Run());
-  ForeignManager foreign;
   autoClose_ = true;
   view_.user = nullptr;
-  EXPECT_FALSE(Run(foreign));
+  EXPECT_FALSE(Run(ForeignManager()));
   ASSERT_EQ(host::ShownPrompts().size(), 2u);
   EXPECT_EQ(host::ShownPrompts()[0].title, "No Sensor System Selected");
   EXPECT_EQ(host::ShownPrompts()[0].owner, view_.window());
@@ -170,7 +148,8 @@ TEST_F(SensorSelectionTest, FollowsWhatIsPluggedIn) {
     PlugBoth();
     first_->AnnounceArrival();
     dialog.OnRefreshTimer();
-    EXPECT_EQ(view_.message, kInstruction);
+    EXPECT_EQ(view_.message, "Select that sensor that is to be used to capture the digital x-ray.");
+    EXPECT_EQ(view_.color, 0x800000u);
     EXPECT_EQ(view_.secondColor, std::nullopt);
     EXPECT_TRUE(view_.listVisible);
     EXPECT_EQ(view_.rows.size(), 2u);

@@ -55,7 +55,7 @@ expect_returned() { # LABEL
 echo "keys"
 acquire_beside --depth 16 --timeout 120
 dialog wait , focused $acquire_image
-walk Tab $acquire_series $select_sensor $thumbnails_command $help $cancel $status_panel $acquire_image
+walk Tab $acquire_series $select_sensor $options $thumbnails_command $help $cancel $status_panel $acquire_image
 walk shift+Tab $status_panel $cancel
 
 keys alt+s
@@ -70,6 +70,11 @@ keys 1 Return
 dialog --title "Thumbnails" gone
 dialog focused $thumbnails_command
 
+walk shift+Tab $options
+keys space
+dialog --title "$options_title" wait
+keys Down Tab Escape
+dialog --title "$options_title" gone
 walk shift+Tab $select_sensor $acquire_series $acquire_image
 keys space
 dialog visible $exposure_panel

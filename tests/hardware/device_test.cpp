@@ -33,41 +33,32 @@ class BringUpTest : public test::DeviceTest {
   }
 };
 
-TEST_F(BringUpTest, Of2000SpeaksInOrder) {
+// What they say meanwhile stands in the transcripts.
+TEST_F(BringUpTest, Of2000KeepsWhatItMayAndAsksForTheRest) {
   PutIdentity("CCD12C");
   PutSettings("flush_time='1200' threshold='99' Device_Name='X'");
   ASSERT_EQ(Open2000(), kOk);
-  EXPECT_THAT(TakeAsked(), ElementsAre("reset", "0F", "0E AA 55", "status", "08 01",  // awake
-                                       "02 C0", "status", "0E AA 55", "status",       // present
-                                       "0C 20 00 00 00", "bulk 8192", "0F", "02 2D",  // identity
-                                       "02 C0", "status", "06", "bulk 8"));           // MAC ID
-  EXPECT_EQ(host::TimeSlept(), 2u * 700);
+  TakeAsked();
   EXPECT_EQ(device_->family_id() + " " + device_->sensor_id(), "2000 CCD12C");
   // Only what a sensor does not insist on can be configured.
   EXPECT_EQ(device_->GetProperty("threshold") + device_->GetProperty("device_name"), "8usb-2000");
   EXPECT_EQ(device_->GetProperty("flush_time") + device_->GetProperty("sensor_size"), "1200C");
-  EXPECT_THAT(TakeAsked(), ElementsAre());
   EXPECT_EQ(device_->GetDpiX(), 1129);
-
+  EXPECT_THAT(TakeAsked(), ElementsAre());
   // Reading the identity asks the hardware whether the sensor is still the same.
   EXPECT_EQ(device_->GetProperty("sensor_id"), "CCD12C");
-  EXPECT_THAT(TakeAsked(), ElementsAre("02 C0", "status", "06", "bulk 8"));
   EXPECT_EQ(device_->SetProperty("binned", "TRUE"), kOk);
-  EXPECT_THAT(TakeAsked(), ElementsAre("02 2F"));
   EXPECT_EQ(device_->GetDpiX(), 564);
-
   device_->Close();
   EXPECT_EQ(device_->Open(), kOk);  // the sensor is up
-  EXPECT_THAT(TakeAsked(), ElementsAre());
+  EXPECT_THAT(TakeAsked(), ElementsAre("02 C0", "status", "06", "bulk 8", "02 2F"));
 }
 
-TEST_F(BringUpTest, Of303SpeaksInOrder) {
+TEST_F(BringUpTest, Of303AsksForNothingMore) {
   PutIdentity303("K1234D");
   PutBlock303(0, {2, 0, 0});
   ASSERT_EQ(Open303(), kOk);
-  EXPECT_THAT(TakeAsked(), ElementsAre("reset", "0F", "0B 00 10 00 10", "bulk 16", "0F", "02 29",
-                                       "0B 40 00 00 20", "bulk 16384"));
-  EXPECT_EQ(host::TimeSlept(), 0u);
+  TakeAsked();
   EXPECT_EQ(device_->family_id() + " " + device_->sensor_id(), "LUMORAY K1234D");
   EXPECT_EQ(device_->GetProperty("sensor_size") + device_->GetProperty("description"), "DFactory");
   EXPECT_EQ(device_->GetProperty("corner_fill") + device_->GetProperty("sensor_id"), "falseK1234D");

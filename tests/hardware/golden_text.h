@@ -1,5 +1,5 @@
-// Texts that are kept in golden/ and compared line by line. A golden file is a C++ raw string, so that
-// every build has it without looking for it.
+// Texts that are kept in golden/ and compared line by line. A golden file is a C++ raw string, so
+// that every build has it without looking for it.
 #pragma once
 
 #include <cstdio>

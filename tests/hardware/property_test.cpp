@@ -20,21 +20,6 @@ using namespace std::string_literals;
 
 constexpr char kSettings[] = "C:\\Windows\\TWAIN_32\\ZYR\\settings.xml";
 
-TEST(PropertySet, ComparesNamesWithoutCaseAndKeepsTheirOrder) {
-  PropertySet set("BASE");
-  EXPECT_EQ(set.Find("a"), nullptr);
-  set.Set("Beta", "1");
-  set.Set("alpha", "");
-  set.Set("BETA", "2");
-  PropertySet copy("COPY");
-  copy.Set("ALPHA", "old");
-  copy.SetAll(set);
-  ASSERT_EQ(set.properties().size(), 2u);
-  EXPECT_EQ(set.properties()[0].name + set.properties()[0].value, "Beta2");
-  EXPECT_EQ(copy.Get("alpha") + "|" + copy.Get("beta") + "|" + copy.Get("gamma"), "|2|");
-  ASSERT_NE(copy.Find("Alpha"), nullptr);
-}
-
 TEST(TextNumbers, TakeWhatIsANumberAndNoMore) {
   const struct {
     const char* text;
@@ -244,17 +229,15 @@ TEST_F(DevicePropertyTest, PixelPitchGivesTheResolution) {
   EXPECT_EQ(dpi("2000", "22.5"), 1129);
 }
 
-TEST_F(DevicePropertyTest, CountsReferencesAndAnswersForItsInterfaces) {
+TEST_F(DevicePropertyTest, AnswersForItsInterfacesAndOutlivesAnUnheldRelease) {
   void* same = nullptr;
-  EXPECT_EQ(device_->QueryInterface(kUnknownInterface, &same), kOk);
-  EXPECT_EQ(same, device_.get());
   EXPECT_EQ(device_->QueryInterface(kDeviceInterface, &same), kOk);
-  EXPECT_EQ(device_->Release() + device_->Release(), 2u + 1u);
+  EXPECT_EQ(same, device_.get());
+  EXPECT_EQ(device_->Release(), 1u);
   EXPECT_EQ(device_->QueryInterface(kSensorImageInterface, &same), kNoInterface);
   Device* unheld = NewDevice2000("none", MakeUsbPortPipe(), nullptr);
-  EXPECT_EQ(unheld->Release(), 0u);  // and nothing happens to it
-  EXPECT_EQ(unheld->AddRef(), 1u);
   EXPECT_EQ(unheld->Release(), 0u);
+  Make(unheld);
 }
 
 }  // namespace

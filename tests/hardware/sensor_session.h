@@ -15,6 +15,15 @@
 
 namespace zyr::test {
 
+inline SensorToPlug Sensor(simulator::Family family, simulator::Size size,
+                           simulator::Generation generation) {
+  SensorToPlug what;
+  what.detector.family = family;
+  what.detector.size = size;
+  what.generation = generation;
+  return what;
+}
+
 class SensorSession {
  public:
   explicit SensorSession(const SensorToPlug& what) : sensor_(Prepared(what)) {}
@@ -25,7 +34,6 @@ class SensorSession {
 
   SimulatedSensor& sensor() { return sensor_; }
   const SensorImage* image() const { return image_.get(); }
-  Device* device() { return device_.get(); }
 
   // What the user is told of a failure; empty after a success.
   std::string BringUp() {

@@ -134,12 +134,12 @@ void ExpectMode(uint32_t mode, const Samples& samples, uint32_t width, uint32_t 
     if (i % (width + pad) < width && level < size) c.levels.push_back(level & 0xFFFF);
   }
   const Table slow = size >= 256 && mode != 6 ? SlowReducedTable(mode, c) : SlowTable(mode, c);
-  const auto mapper = std::make_unique<CKIPDepthMapper>();
   const auto plain = std::make_unique<CKIPDepthMapper>();
+  plain->Prepare(samples.data(), width, height, pad, mapping);
   DepthMapping ofMode = mapping;
   ofMode.mode = mode;
+  const auto mapper = std::make_unique<CKIPDepthMapper>();
   mapper->Prepare(samples.data(), width, height, pad, ofMode);
-  plain->Prepare(samples.data(), width, height, pad, mapping);
   for (uint32_t sample = 0; sample <= std::min((size << mapping.lowBit) + 8, 0xFFFFu); ++sample) {
     const uint16_t s = sample & 0xFFFF;
     const uint32_t level = sample >> mapping.lowBit;

@@ -4,12 +4,14 @@
 #include "imaging/formats/bmp.h"
 #include "imaging/formats/jpeg.h"
 #include "imaging/formats/tiff.h"
+#include "imaging/image/packed_dib.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {
 namespace {
 
 namespace host = platform::host;
+using namespace std::string_literals;
 
 constexpr char kPath[] = R"(C:\out\picture)";
 
@@ -18,28 +20,19 @@ using ImageFilesTest = ImagingTest;
 struct Format {
   uint32_t code;
   uint32_t cannotOpenCode;
-  std::string cannotOpen;
-  std::vector<double> fractions;  // of 4 rows
+  const char* cannotOpen;
+  double firstFraction;
   bool (*save)(const std::string& path, CKIPImage* image);
 };
-const Format kBmp = {
-    1,
-    0x10000006,
-    R"(Unable to save BMP file 'C:\missing\picture')",
-    {0, 0.25, 0.5, 0.75},
-    [](auto& path, auto* image) { return CKIPBmpSaver().Save(path, image, RecordProgress); }};
-const Format kJpeg = {
-    3,
-    0x10000005,
-    R"(Unable to open JPEG file 'C:\missing\picture')",
-    {0.25, 0.5, 0.75, 1},
-    [](auto& path, auto* image) { return CKIPJpegSaver().Save(path, image, 90, RecordProgress); }};
-const Format kTiff = {
-    5,
-    0x10000006,
-    R"(Unable to save TIFF file 'C:\missing\picture')",
-    {0, 0.25, 0.5, 0.75},
-    [](auto& path, auto* image) { return CKIPTiffSaver().Save(path, image, RecordProgress); }};
+const Format kBmp = {1, 0x10000006, "Unable to save BMP", 0, [](auto& path, auto* image) {
+                       return CKIPBmpSaver().Save(path, image, RecordProgress);
+                     }};
+const Format kJpeg = {3, 0x10000005, "Unable to open JPEG", 0.25, [](auto& path, auto* image) {
+                        return CKIPJpegSaver().Save(path, image, 90, RecordProgress);
+                      }};
+const Format kTiff = {5, 0x10000006, "Unable to save TIFF", 0, [](auto& path, auto* image) {
+                        return CKIPTiffSaver().Save(path, image, RecordProgress);
+                      }};
 
 TEST_F(ImageFilesTest, SavingTellsTheImageAboutTheFileOrWhyThereIsNone) {
   for (const Format& format : {kBmp, kJpeg, kTiff}) {
@@ -49,7 +42,8 @@ TEST_F(ImageFilesTest, SavingTellsTheImageAboutTheFileOrWhyThereIsNone) {
     ASSERT_TRUE(format.save(kPath, image.get())) << format.code;
     EXPECT_EQ(image->fileFormat, format.code);
     EXPECT_EQ(image->fileSize, host::FileBytes(kPath)->size());
-    EXPECT_EQ(g_fractions, format.fractions);
+    const double first = format.firstFraction;
+    EXPECT_EQ(g_fractions, (std::vector<double>{first, first + 0.25, first + 0.5, first + 0.75}));
     for (int row = 1; row <= 4; ++row) {
       host::PutFile(kPath, "old");
       host::PressEscapeAtQuestion(row);
@@ -58,7 +52,7 @@ TEST_F(ImageFilesTest, SavingTellsTheImageAboutTheFileOrWhyThereIsNone) {
       EXPECT_FALSE(host::FileBytes(kPath).has_value());
     }
     EXPECT_FALSE(format.save(R"(C:\missing\picture)", image.get()));
-    ExpectError(format.cannotOpenCode, format.cannotOpen);
+    ExpectError(format.cannotOpenCode, format.cannotOpen + R"( file 'C:\missing\picture')"s);
     EXPECT_EQ(CKIPImageFile::LastFileName(), R"(C:\missing\picture)");
     CKIPImage empty;
     EXPECT_FALSE(format.save(kPath, &empty) || format.save(kPath, nullptr));
@@ -103,16 +97,16 @@ TEST_F(ImageFilesTest, EveryFieldOfABmpFileHasItsPlace) {
     host::PutFile(kPath, std::string(10000, 'x'));
     ASSERT_TRUE(CKIPBmpSaver().Save(kPath, image.get(), nullptr));
     const std::string bytes = *host::FileBytes(kPath);
-    const uint32_t pixels = 54 + 4 * colors;
-    ASSERT_EQ(bytes.size(), pixels + image->dataSize());
+    const uint32_t fields[] = {image->fileSize, 0, 54 + 4 * colors};
     EXPECT_EQ(bytes.substr(0, 2), "BM");
-    const uint32_t fields[] = {image->fileSize, 0,    pixels, 40,    13, 5, 1 | bits << 16, 0, 0,
-                               11811,           5906, colors, colors};
     EXPECT_EQ(std::memcmp(bytes.data() + 2, fields, sizeof(fields)), 0);
-    for (uint32_t i = 0; i < 4 * colors; i += 4) {
-      EXPECT_EQ(std::memcmp(bytes.data() + 54 + i, &image->palette()[i / 4], 4), 0);
+    const platform::GlobalHandle dib = PackedDibFromImage(*image);
+    {
+      const platform::LockedBlock block(dib);
+      ASSERT_EQ(bytes.size(), 14 + block.size());
+      EXPECT_EQ(std::memcmp(bytes.data() + 14, block.address(), block.size()), 0);
     }
-    EXPECT_EQ(std::memcmp(bytes.data() + pixels, image->bits(), image->dataSize()), 0);
+    platform::FreeBlock(dib);
   }
 }
 

@@ -76,13 +76,11 @@ TEST_F(RawPixelsTest, SixteenBitsAreMappedByTheDepthInUse) {
     const Samples samples = RandomSamples(1u << limitBits);
     for (const uint32_t bits : {16u, 12u, 8u, 1u}) {
       for (int flags = 0; flags < 64; ++flags) {
-        DepthMapping mapping;
-        mapping.bits = bits;
-        mapping.positive = (flags & 1) != 0;
+        DepthMapping mapping = {
+            .positive = (flags & 1) != 0, .bits = bits, .lowBit = bits > 9 ? limitBits % 6 : 0};
         mapping.invert = (flags & 2) != 0;
         mapping.transpose = (flags & 4) != 0;
         mapping.detectDepth = (flags & 8) != 0;
-        mapping.lowBit = bits > 9 ? limitBits % 6 : 0;
         if ((flags & 16) != 0) {
           mapping.brightness = static_cast<int32_t>(limitBits * 10) - 70;
           mapping.contrast = static_cast<int32_t>(bits * 30) - 200;

@@ -28,6 +28,10 @@ class ViewerControlTest : public ImagingTest {
     view_.Resize(60, 40);
     control_.SetOwnerNotify(owner_.window(), kMessage);
   }
+  void ExpectZoom(double zoom) { EXPECT_NEAR(control_.GetZoom(), zoom, 0.00005); }
+  void ExpectShown(const CKIPImage& expected) {
+    EXPECT_EQ(PixelBytes(*control_.displayImage()), PixelBytes(expected));
+  }
   // Shows an image that the control owns.
   const CKIPImage& Show(std::unique_ptr<CKIPImage> image, bool resetZoom = true) {
     const CKIPImage& shown = *image;
@@ -147,10 +151,7 @@ TEST_F(ViewerControlTest, DragsBecomeValues) {
   const auto bc = [&](int32_t x, int32_t y) {
     return DraggedBrightnessContrast(area, start, {500 + x, 300 + y});
   };
-  EXPECT_EQ(bc(0, 0), (BrightnessContrast{0, 0}));
   EXPECT_EQ(bc(9, 3), (BrightnessContrast{-1, 2}));
-  EXPECT_EQ(bc(-9, -3), (BrightnessContrast{1, -2}));
-  EXPECT_EQ(bc(2000, -2000), (BrightnessContrast{128, 128}));
   EXPECT_EQ(bc(-2000, 2000), (BrightnessContrast{-128, -128}));
   EXPECT_EQ(DraggedBrightnessContrast({0, 0, 255, 3}, {INT32_MAX, 0}, {INT32_MIN, 7}),
             (BrightnessContrast{-7, -128}));
@@ -159,10 +160,8 @@ TEST_F(ViewerControlTest, DragsBecomeValues) {
     int32_t x, y;
     double gx, gy;
   } cases[] = {{0, 0, 0, 0},
-               {128, 0, 3.5, 0},
-               {-128, 0, 0.51, 0},
-               {0, 256, 0, 3.5},
-               {0, -256, 0, 0.51},
+               {128, -256, 3.5, 0.51},
+               {-128, 256, 0.51, 3.5},
                {9999, -9999, 6, 0.01},
                {1, 1, 1.01953125, 1.009765625}};
   for (const auto& c : cases) {
@@ -207,11 +206,9 @@ TEST_F(ViewerControlTest, DragsAdjustACopyOfTheImage) {
   }
   const CKIPImage& colors = Show(RandomImage(50, 30, 24));
   control_.SetBrightnessContrast(500, -20);
-  EXPECT_EQ(PixelBytes(*control_.displayImage()),
-            PixelBytes(*AdjustBrightnessContrast(&colors, 128, -20, kKeepNoColor, nullptr)));
+  ExpectShown(*AdjustBrightnessContrast(&colors, 128, -20, kKeepNoColor, nullptr));
   control_.SetGamma(0.5, 0);
-  EXPECT_EQ(PixelBytes(*control_.displayImage()),
-            PixelBytes(*AdjustGamma(&colors, 0.5, 0.5, 0.5, kKeepNoColor, nullptr)));
+  ExpectShown(*AdjustGamma(&colors, 0.5, 0.5, 0.5, kKeepNoColor, nullptr));
   // One that cannot be derived is not shown until there is another tool.
   const CKIPImage& bits = Show(RandomImage(50, 30, 1, {{0, 0, 0, 0}, {255, 255, 255, 0}}));
   control_.SetBrightnessContrast(1, 1);
@@ -228,11 +225,11 @@ TEST_F(ViewerControlTest, ZoomsAndPansAroundThePointer) {
   Show(RandomGrey(200, 100));
   control_.SetTool(kToolMagnify, true);
   control_.OnLeftDown({50, 30}, kNone);  // becomes the middle of what is seen
-  EXPECT_NEAR(control_.GetZoom(), 1.6018, 0.00005);
+  ExpectZoom(1.6018);
   EXPECT_EQ(control_.ClientToImage({27, 17}, false, 0.5), (ViewPoint{50, 30}));
   control_.OnLeftUp({50, 30}, kNone);
   control_.OnRightDown({0, 0}, kNone);
-  EXPECT_NEAR(control_.GetZoom(), 1.0679, 0.00005);
+  ExpectZoom(1.0679);
   EXPECT_EQ(Notices(), "2:1 1 1");
   for (const double zoom : {1.6018, 1.0679}) {  // what is in the middle stays there
     control_.OnScroll({40, 30});
@@ -245,11 +242,11 @@ TEST_F(ViewerControlTest, ZoomsAndPansAroundThePointer) {
   control_.SetZoom(4, false);
   const ViewPoint clicked = control_.ClientToImage({40, 20}, false, 0.5);
   control_.OnRightDown({40, 20}, kNone);
-  EXPECT_NEAR(control_.GetZoom(), 3.6041, 0.00005);
+  ExpectZoom(3.6041);
   EXPECT_EQ(control_.ClientToImage({27, 17}, false, 0.5), clicked);
   control_.SetTool(kToolPan, false);
   control_.OnRightDown({40, 20}, kNone);
-  EXPECT_NEAR(control_.GetZoom(), 3.6041, 0.00005);
+  ExpectZoom(3.6041);
   control_.SetZoom(1.0679, true);
 
   for (const uint32_t tool : {1u, 3u, 10u, 11u, 0u}) {
@@ -278,7 +275,7 @@ TEST_F(ViewerControlTest, ZoomsAndPansAroundThePointer) {
   // Four small turns of the wheel are one.
   control_.SetZoom(1, true);
   for (int i = 0; i < 4; ++i) control_.OnWheel({20, 20}, -30, kNone);
-  EXPECT_NEAR(control_.GetZoom(), 0.7119, 0.00005);
+  ExpectZoom(0.7119);
   control_.OnScroll({50, 9});
   control_.OnWheel({20, 20}, -240, {.shift = true});
   EXPECT_EQ(view_.scroll, (ViewPoint{62, 9}));
@@ -334,13 +331,12 @@ TEST_F(ViewerControlTest, CommandsChooseToolsAndDerivedImages) {
   control_.OnCommand(kViewerImageOperations);
   control_.OnOperation(kOperationInvert);  // of what is shown: as it was
   EXPECT_NE(control_.displayImage(), &grey);
-  EXPECT_EQ(PixelBytes(*control_.displayImage()), PixelBytes(grey));
+  ExpectShown(grey);
   control_.OnOperation(kOperationInvert);
   control_.SetBrightnessContrast(0, 0);  // of the source, not of what is shown
-  EXPECT_EQ(PixelBytes(*control_.displayImage()), PixelBytes(grey));
+  ExpectShown(grey);
   control_.OnOperation(kOperationAutoBrightnessContrast);
-  EXPECT_EQ(PixelBytes(*control_.displayImage()),
-            PixelBytes(*AutoBrightnessContrastDefault(&grey, nullptr)));
+  ExpectShown(*AutoBrightnessContrastDefault(&grey, nullptr));
   control_.OnOperation(kOperationCopy);
   EXPECT_EQ(view_.copies, 1);
   control_.OnCommand(kViewerPan);
@@ -353,10 +349,9 @@ TEST_F(ViewerControlTest, CommandsChooseToolsAndDerivedImages) {
   control_.OnOperation(kOperationColorizeIce);
   EXPECT_EQ(control_.spectrum(), 8u);
   EXPECT_EQ(control_.tool(), 7u);
-  EXPECT_EQ(PixelBytes(*control_.displayImage()), PixelBytes(*ConvertToGrey8(colors, nullptr)));
+  ExpectShown(*ConvertToGrey8(colors, nullptr));
   control_.OnOperation(kOperationEmboss);
-  EXPECT_EQ(PixelBytes(*control_.displayImage()),
-            PixelBytes(*Emboss(&colors, 135, 45, 0.85, nullptr)));
+  ExpectShown(*Emboss(&colors, 135, 45, 0.85, nullptr));
   const CKIPImage* before = control_.displayImage();
   control_.OnOperation(kOperationAutoBrightnessContrast);  // of grey images only
   EXPECT_EQ(control_.displayImage(), before);
@@ -474,7 +469,7 @@ class ViewerWalkTest : public ViewerControlTest {
         [&] { control_.OnWheel(p, static_cast<int32_t>(Random(1000)) - 500, keys); },
         [&] { control_.OnCommand(Random(13)); },
         [&] {
-          control_.OnScroll({p.x * 9, p.y * 9});
+          control_.OnScroll(ViewPoint{p.x * 9, p.y * 9});
         },
         [&] { control_.SetTool(Random(13), coin); },
         [&] { control_.OnCaptureLost(); },
@@ -495,15 +490,14 @@ class ViewerWalkTest : public ViewerControlTest {
     const ViewSize client = view_.ClientSize();
     const int slack = control_.GetZoom() < 1 ? 1 + static_cast<int>(0.5 / control_.GetZoom()) : 1;
     const ViewPoint after = control_.ClientToImage(p, false, 0.5);
-    const auto isFree = [](int32_t at, int32_t content, int32_t room) {
-      return at > 0 && at < content - room;
+    // An axis that scrolls no further cannot keep it.
+    const auto check = [&](int32_t at, int32_t end, int32_t was, int32_t is) {
+      if (at > 0 && at < end) {
+        EXPECT_NEAR(was, is, slack);
+      }
     };
-    if (isFree(view_.scroll.x, view_.content.width, client.width)) {
-      EXPECT_NEAR(before.x, after.x, slack);
-    }
-    if (isFree(view_.scroll.y, view_.content.height, client.height)) {
-      EXPECT_NEAR(before.y, after.y, slack);
-    }
+    check(view_.scroll.x, view_.content.width - client.width, before.x, after.x);
+    check(view_.scroll.y, view_.content.height - client.height, before.y, after.y);
   }
   void CheckAll() {
     const ViewSize client = view_.ClientSize();
@@ -515,13 +509,11 @@ class ViewerWalkTest : public ViewerControlTest {
     ASSERT_TRUE(inRange(view_.scroll.y, view_.content.height, client.height));
     ASSERT_TRUE(view_.captured || control_.tool() < 1000);
     if (client.width < 4 || client.height < 4) return;
-    const ViewRect part{1, 2, client.width - 2, client.height - 1};
-    const std::vector<uint32_t> all = view_.PaintAll(), some = view_.PaintPart(part);
-    const int32_t width = part.right - part.left;
-    for (int32_t y = part.top; y < part.bottom; ++y) {
-      ASSERT_TRUE(std::equal(&all[y * client.width + part.left],
-                             &all[y * client.width + part.left] + width,
-                             &some[(y - part.top) * width]));
+    const std::vector<uint32_t> all = view_.PaintAll();
+    const auto some = view_.PaintPart({1, 2, client.width - 2, client.height - 1});
+    auto part = some.begin();
+    for (int32_t y = 2; y < client.height - 1; ++y, part += client.width - 3) {
+      ASSERT_TRUE(std::equal(part, part + client.width - 3, &all[y * client.width + 1]));
     }
   }
 };

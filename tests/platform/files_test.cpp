@@ -13,43 +13,7 @@ std::string FreshFolder() {
 
 namespace {
 
-TEST(FilesDouble, NativePathsReachTheSameFileAndComeBackUnchanged) {
-  FreshFolder();
-  host::PutFile("d:\\deep\\er\\a.bin", "abc");
-  EXPECT_EQ(Contents("D:/Deep/er/A.BIN"), "abc");
-  const std::string native = NativePath("D:\\deep\\er\\a.bin");
-  EXPECT_EQ(native, NativePath(native));
-  EXPECT_EQ(Contents(native), "abc");
-  EXPECT_EQ(host::FileBytes("D:\\deep\\er\\a.bin"), "abc");
-  EXPECT_TRUE(StatusOf("C:")->isDirectory);
-  EXPECT_FALSE(StatusOf("E:"));
-}
-
-TEST(FilesDouble, FaultsHitWhatTheyName) {
-  const std::string folder = FreshFolder();
-  host::FillDiskAfter(4);
-  const int full = OpenFile(folder + "\\full", OpenMode::kWrite);
-  EXPECT_EQ(WriteFile(full, "abc", 3), 3);
-  EXPECT_EQ(WriteFile(full, "def", 3), 1);
-  EXPECT_EQ(WriteFile(full, "ef", 2), 0);
-  CloseFile(full);
-  host::FillDiskAfter(std::nullopt);
-  EXPECT_EQ(host::FileBytes(folder + "\\full"), "abcd");
-  host::FailReadsAfter(3);
-  EXPECT_EQ(Contents(folder + "\\full"), "<error>");
-  host::FailReadsAfter(std::nullopt);
-  host::DenyWriting("c:/work\\Locked");
-  EXPECT_FALSE(Put(folder + "\\LOCKED.txt", OpenMode::kWrite, "x"));
-  EXPECT_FALSE(MoveFileTo(folder + "\\full", folder + "\\locked", true));
-  host::FailMoves(true);
-  EXPECT_FALSE(MoveFileTo(folder + "\\full", folder + "\\moved", true));
-  host::ResetFiles();
-  EXPECT_FALSE(StatusOf(folder));
-  EXPECT_TRUE(MakeDirectory(folder));
-  EXPECT_TRUE(Put(folder + "\\locked.txt", OpenMode::kWrite, "x"));
-}
-
-TEST(FilesDouble, CountsShowLeaksAndTimesFollowTheClock) {
+TEST(FilesDouble, CountsShowLeaksTimesFollowTheClockAndNativePathsLeadThere) {
   const std::string folder = FreshFolder();
   host::SetClock(1'000'000);
   const int handle = OpenFile(folder + "\\a", OpenMode::kWrite);
@@ -63,7 +27,28 @@ TEST(FilesDouble, CountsShowLeaksAndTimesFollowTheClock) {
   ASSERT_TRUE(MoveFileTo(folder + "\\a", folder + "\\b", false));
   EXPECT_EQ(StatusOf(folder + "\\b")->createdTime, 1'000'000);
   EXPECT_EQ(StatusOf(folder + "\\b")->modifiedTime, 1'000'060);
+  const std::string native = NativePath("c:/WORK\\b");
+  EXPECT_EQ(native, NativePath(native));
+  EXPECT_EQ(Contents(native), "abc");
   host::ResetAll();
+  EXPECT_FALSE(StatusOf(folder));
+}
+
+TEST(FilesDouble, FaultsHitWhatTheyName) {
+  const std::string path = FreshFolder() + "\\full";
+  host::FillDiskAfter(4);
+  EXPECT_TRUE(Put(path, OpenMode::kWrite, "abc"));
+  EXPECT_FALSE(Put(path, OpenMode::kAppend, "def"));
+  host::FillDiskAfter(std::nullopt);
+  EXPECT_EQ(host::FileBytes(path), "abcd");
+  host::FailReadsAfter(3);
+  EXPECT_EQ(Contents(path), "<error>");
+  host::DenyWriting("c:/work\\Locked");
+  EXPECT_FALSE(Put("C:\\Work\\LOCKED.txt", OpenMode::kWrite, "x"));
+  EXPECT_FALSE(MoveFileTo(path, "C:\\Work\\locked", true));
+  host::ResetFiles();
+  EXPECT_TRUE(MakeDirectory("C:\\Work"));
+  EXPECT_TRUE(Put("C:\\Work\\locked.txt", OpenMode::kWrite, "x"));
 }
 
 }  // namespace

@@ -3,10 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <cstring>
-#include <memory>
+#include <vector>
 
 #include "platform/global_memory.h"
 
@@ -30,19 +29,16 @@ TEST(GlobalMemoryContract, BlocksKeepTheirBytesAcrossLocks) {
 }
 
 TEST(GlobalMemoryContract, OtherHandlesAreKnownAsSuch) {
-  alignas(16) std::array<uint8_t, 64> stack = {};
-  const auto heap = std::make_unique<std::array<uint8_t, 64>>();
+  alignas(16) uint8_t stack[64] = {};
+  const std::vector<uint8_t> heap(64);
   const GlobalHandle freed = AllocateMovable(100, false);
   FreeBlock(freed);
-  for (const GlobalHandle handle :
-       {GlobalHandle{}, freed, static_cast<GlobalHandle>(stack.data()),
-        static_cast<GlobalHandle>(stack.data() + sizeof(void*)),
-        static_cast<GlobalHandle>(stack.data() + 3), static_cast<GlobalHandle>(heap->data() + 32),
-        reinterpret_cast<GlobalHandle>(uintptr_t{0x1234}),
-        reinterpret_cast<GlobalHandle>(uintptr_t{0x20}),
-        reinterpret_cast<GlobalHandle>(UINTPTR_MAX),
-        reinterpret_cast<GlobalHandle>(UINTPTR_MAX - 7),
-        reinterpret_cast<GlobalHandle>(UINTPTR_MAX - 15)}) {
+  const auto address = [](const void* pointer) { return reinterpret_cast<uintptr_t>(pointer); };
+  for (const uintptr_t number :
+       {uintptr_t{0}, address(freed), address(stack), address(stack) + sizeof(void*),
+        address(stack) + 3, address(heap.data()) + 32, uintptr_t{0x1234}, uintptr_t{0x20},
+        UINTPTR_MAX, UINTPTR_MAX - 7, UINTPTR_MAX - 15}) {
+    const auto handle = reinterpret_cast<GlobalHandle>(number);
     EXPECT_EQ(LockBlock(handle), nullptr) << handle;
     EXPECT_EQ(BlockSize(handle), 0u) << handle;
     EXPECT_EQ(LockedBlock(handle).size(), 0u) << handle;

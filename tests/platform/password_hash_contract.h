@@ -16,8 +16,7 @@ TEST(PasswordHashContract, AKeyDependsOnEveryArgument) {
     for (const std::vector<uint8_t>& salt : {std::vector<uint8_t>{1, 2}, {2, 1}, {1, 2, 0}}) {
       for (uint32_t iterations : {1, 2, 1000}) {
         const auto key = DerivePasswordKey(password, salt, iterations, 32);
-        ASSERT_TRUE(key);
-        EXPECT_EQ(key->size(), 32u);
+        ASSERT_TRUE(key && key->size() == 32);
         EXPECT_EQ(key, DerivePasswordKey(password, salt, iterations, 32));
         EXPECT_TRUE(keys.insert(*key).second) << password << " " << iterations;
       }
@@ -29,11 +28,9 @@ TEST(PasswordHashContract, AKeyDependsOnEveryArgument) {
 
 TEST(PasswordHashContract, RandomBytesDiffer) {
   std::set<std::vector<uint8_t>> drawn;
-  for (int i = 0; i < 100; ++i) {
-    const auto bytes = RandomBytes(16);
-    ASSERT_TRUE(bytes);
-    EXPECT_EQ(bytes->size(), 16u);
-    EXPECT_TRUE(drawn.insert(*bytes).second);
+  while (drawn.size() < 100) {
+    const auto [bytes, isNew] = drawn.insert(RandomBytes(16).value());
+    ASSERT_TRUE(isNew && bytes->size() == 16);
   }
 }
 

@@ -29,10 +29,8 @@ TEST(RegistryContract, ValuesComeBackAsTheyWereStored) {
       {"much", {ValueType::kBinary, std::vector<uint8_t>(100'000, 0x5A)}},
       {"", {ValueType::kBinary, {7}}},
   };
-  {
-    auto key = RegistryKey::Create(RootKey::kCurrentUser, path + "\\Deep");
-    ASSERT_TRUE(key);
-    for (const auto& [name, value] : values) EXPECT_TRUE(key->Write(name, value)) << name;
+  for (const auto& [name, value] : values) {
+    EXPECT_TRUE(RegistryKey::Create(RootKey::kCurrentUser, path + "\\Deep")->Write(name, value));
   }
   const auto key = RegistryKey::Open(RootKey::kCurrentUser, path + "\\deep", KeyAccess::kRead);
   ASSERT_TRUE(key);

@@ -12,24 +12,16 @@ std::string FreshKeyPath() {
 
 namespace {
 
-TEST(RegistryDouble, RefusalsLeaveReadingAlone) {
+TEST(RegistryDouble, OpenKeysAreCountedAndOutliveTheirValues) {
   const std::string path = FreshKeyPath();
   host::PokeDword(RootKey::kLocalMachine, path, "a", 0x01020304);
-  host::DenyRegistryWrites(true);
-  EXPECT_FALSE(RegistryKey::Open(RootKey::kLocalMachine, path, KeyAccess::kWrite));
-  EXPECT_FALSE(RegistryKey::Create(RootKey::kLocalMachine, path));
-  EXPECT_EQ(host::PeekValue(RootKey::kLocalMachine, path, "A")->data,
-            (std::vector<uint8_t>{4, 3, 2, 1}));
-  host::DenyRegistryWrites(false);
-  host::FailRegistryWrites(true);
   auto key = RegistryKey::Open(RootKey::kLocalMachine, path, KeyAccess::kWrite);
   ASSERT_TRUE(key);
-  EXPECT_FALSE(key->Write("a", {}));
-  EXPECT_EQ(host::RegistryWrites(), 0);
+  EXPECT_EQ(key->Read("a")->data, (std::vector<uint8_t>{4, 3, 2, 1}));
   EXPECT_EQ(host::OpenRegistryKeys(), 1);
   host::ClearRegistry();
-  EXPECT_FALSE(key->Read("a"));
-  EXPECT_FALSE(key->Write("a", {}));
+  EXPECT_FALSE(key->Read("a") || key->Write("a", {}));
+  EXPECT_EQ(host::RegistryWrites(), 0);
   key.reset();
   EXPECT_EQ(host::OpenRegistryKeys(), 0);
 }

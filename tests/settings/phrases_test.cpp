@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "foundation/support/error.h"
 #include "foundation/support/phrase_lookup.h"
@@ -36,7 +33,6 @@ class PhrasesTest : public testing::Test {
 };
 
 TEST_F(PhrasesTest, ReadsAPhraseFile) {
-  EXPECT_FALSE(table_.IsActive());
   ASSERT_TRUE(
       Load("  Deutsch (Deutschland)\r\n"
            " ; \"Cancel\" = comment\r\n"
@@ -76,21 +72,16 @@ TEST_F(PhrasesTest, ATornOrHostileFileCountsUpToTheTornLine) {
   host::PutFile("C:\\empty", "");
   for (const char* path : {"C:\\empty", "C:\\none", "C:\\"}) {
     ASSERT_TRUE(Load("Old\n\"a\" = \"1\"\n"));
-    EXPECT_FALSE(table_.Load(path)) << path;
-    EXPECT_FALSE(table_.IsActive());
+    EXPECT_FALSE(table_.Load(path) || table_.IsActive()) << path;
     EXPECT_EQ(table_.languageName(), "American_English");
   }
 }
 
 TEST_F(PhrasesTest, ALargeFileLoadsAndAnEnormousOneCountsAsUnreadable) {
   std::string bytes = "X\n";
-  for (int i = 0; i < 100000; ++i) {
-    const std::string number = std::to_string(i);
-    bytes += "\"key " + number + "\" = \"" + number + "\"\n";
-  }
+  for (int i = 0; i < 100000; ++i) bytes += "\"key " + std::to_string(i) + "\" = \"x\"\n";
   ASSERT_TRUE(Load(bytes));
-  EXPECT_EQ(table_.Translate("key 0"), "0");
-  EXPECT_EQ(table_.Translate("key 99999"), "99999");
+  EXPECT_EQ(table_.Translate("key 0") + table_.Translate("key 99999"), "xx");
   EXPECT_FALSE(Load(bytes + std::string(16 << 20, '\n')));
   EXPECT_EQ(table_.Translate("key 0"), "key 0");
 }
@@ -100,11 +91,10 @@ TEST_F(PhrasesTest, TextsAreTranslatedWhileTheTableIsReplaced) {
   host::PutFile("C:\\one", "One\n\"a long enough key\" = \"the first long translation\"\n");
   host::PutFile("C:\\two", "Two\n\"a long enough key\" = \"the second long translation\"\n");
   std::atomic<bool> ended = false;
-  std::atomic<int> strange = 0;
   std::thread reader([&] {
     while (!ended) {
       const std::string text = table_.Translate("a long enough key");
-      if (text != "a long enough key" && text.find("long translation") > 11) ++strange;
+      EXPECT_TRUE(text == "a long enough key" || text.ends_with(" long translation")) << text;
     }
   });
   for (int i = 0; i < 300; ++i) {
@@ -113,24 +103,22 @@ TEST_F(PhrasesTest, TextsAreTranslatedWhileTheTableIsReplaced) {
   }
   ended = true;
   reader.join();
-  EXPECT_EQ(strange, 0);
 }
 
 TEST_F(PhrasesTest, LongLinesComeInPiecesOf2047Bytes) {
-  // The line is one byte too long: its last quotation mark comes alone, in the next piece.
-  const auto line = [](size_t length) { return "\"k\"=\"" + std::string(length - 6, 'v') + "\""; };
-  ASSERT_TRUE(Load("X\n" + line(2047) + "\n\"a\" = \"1\"\n"));
-  EXPECT_EQ(table_.Translate("k"), std::string(2041, 'v'));
-  EXPECT_EQ(table_.Translate("a"), "1");
-  ASSERT_TRUE(Load("X\n" + line(2048) + "\n\"a\" = \"1\"\n"));
-  EXPECT_EQ(table_.Translate("k"), "k");
-  EXPECT_EQ(table_.Translate("a"), "a");
+  for (const bool fits : {true, false}) {
+    // One byte too long: its last quotation mark comes alone, in the next piece.
+    const std::string value(fits ? 2041 : 2042, 'v');
+    ASSERT_TRUE(Load("X\n\"k\"=\"" + value + "\"\n\"a\" = \"1\"\n"));
+    EXPECT_EQ(table_.Translate("k"), fits ? value : "k");
+    EXPECT_EQ(table_.Translate("a"), fits ? "1" : "a");
+  }
 }
 
 TEST_F(PhrasesTest, TestModeAndProviderTakeTheTablesPlace) {
   ASSERT_TRUE(Load("X\n\"a\" = \"1\"\n"));
   table_.SetProvider([](const char* text, char* buffer, size_t size) {
-    if (*text == 'l') std::fill_n(buffer, size, 'L');
+    for (size_t i = 0; *text == 'l' && i < size; ++i) buffer[i] = 'L';
   });
   EXPECT_EQ(table_.Translate("long"), std::string(2024, 'L'));
   EXPECT_EQ(table_.Translate("a"), "");
@@ -158,13 +146,12 @@ TEST_F(PhrasesTest, TheGlobalTableServesErrorsAndKeepsHostileFormatsFromThem) {
 
 TEST_F(PhrasesTest, FindsTheInstalledLanguages) {
   const std::string folder = GetLanguagesDirectory();
-  EXPECT_TRUE(FindLanguageFiles().empty());
   host::PutFile(folder + "\\German.Phrases", "\tDeutsch neu\r\n\"a\" = \"b\"");
   host::PutFile(folder + "\\French.phrases", "Fran\xE7ois");
   host::PutFile(folder + "\\Readme.txt", "No");
-  std::vector<std::string> names;
-  for (const std::string& path : FindLanguageFiles()) names.push_back(GetLanguageName(path));
-  EXPECT_EQ(names, (std::vector<std::string>{"Fran\xE7ois", "Deutsch"}));
+  std::string names;
+  for (const std::string& path : FindLanguageFiles()) names += GetLanguageName(path) + " ";
+  EXPECT_EQ(names, "Fran\xE7ois Deutsch ");
   host::PutFile(folder + "\\Zeros.Phrases", std::string(5000, '\0'));
   EXPECT_EQ(GetLanguageName(folder + "\\Zeros.Phrases"), "");
   EXPECT_EQ(GetLanguageName(""), "");

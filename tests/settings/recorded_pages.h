@@ -18,6 +18,7 @@
 #include "settings/pages/options_dialog_view.h"
 #include "settings/pages/options_services.h"
 #include "settings/pages/page_controls.h"
+#include "settings/password/password_dialog.h"
 
 namespace zyr::test {
 
@@ -41,19 +42,16 @@ class RecordedControls : public PageControls {
   }
 
   const PageField& Field(uint32_t id) const {
-    return *std::find_if(fields_.begin(), fields_.end(),
-                         [&](const PageField& field) { return field.id == id; });
+    const auto isIt = [=](const PageField& field) { return field.id == id; };
+    return *std::find_if(fields_.begin(), fields_.end(), isIt);
   }
   uint32_t Id(const std::string& label) const {
-    return std::find_if(fields_.begin(), fields_.end(),
-                        [&](const PageField& field) { return field.label == label; })
-        ->id;
+    const auto isIt = [&](const PageField& field) { return field.label == label; };
+    return std::find_if(fields_.begin(), fields_.end(), isIt)->id;
   }
   uint32_t IdOfKind(FieldKind kind, size_t nth) const {
-    for (const PageField& field : fields_) {
-      if (field.kind == kind && nth-- == 0) return field.id;
-    }
-    return 0;
+    const auto isIt = [&](const PageField& field) { return field.kind == kind && nth-- == 0; };
+    return std::find_if(fields_.begin(), fields_.end(), isIt)->id;
   }
 
   bool SetValue(uint32_t id, int32_t value) override {
@@ -140,21 +138,25 @@ class RecordedServices : public OptionsServices {
   bool isOutOfMemory = false;
 };
 
-// The user of the password dialog knows the password or has none.
-class RecordedPasswordView : public PasswordDialogView {
- public:
-  explicit RecordedPasswordView(std::function<bool()> user) : user_(std::move(user)) {}
-  bool Run(PasswordDialog*, platform::Window, bool) override { return user_(); }
+// Runs a script in place of the user.
+struct RecordedPasswordView : PasswordDialogView {
+  bool Run(PasswordDialog* dialog, platform::Window, bool isNew) override {
+    asked = isNew ? "new" : "known";
+    dialog->OnInitDialog();
+    acts(*dialog);
+    return std::exchange(ended, false);
+  }
   platform::Window window() const override { return nullptr; }
-  void End(bool) override {}
-  void SetMessage(const std::string&) override {}
-  std::string Password() const override { return {}; }
-  std::string Repetition() const override { return {}; }
-  void ClearPassword() override {}
-  void SetOKEnabled(bool) override {}
+  void End(bool accepted) override { ended = accepted; }
+  void SetMessage(const std::string& text) override { message = text; }
+  std::string Password() const override { return password; }
+  std::string Repetition() const override { return repetition; }
+  void ClearPassword() override { password = repetition = ""; }
+  void SetOKEnabled(bool enabled) override { okEnabled = enabled; }
 
- private:
-  std::function<bool()> user_;
+  std::function<void(PasswordDialog&)> acts;
+  std::string asked, message, password, repetition;
+  bool okEnabled = true, ended = false;
 };
 
 class RecordedOptionsView : public OptionsDialogView {
@@ -187,11 +189,15 @@ class RecordedOptionsView : public OptionsDialogView {
   }
   void ShowPage(size_t page) override { shown = page; }
   std::unique_ptr<PasswordDialogView> MakePasswordDialogView() override {
-    return std::make_unique<RecordedPasswordView>(password);
+    ++passwordDialogs;
+    auto view = std::make_unique<RecordedPasswordView>();
+    view->acts = [this, &view = *view](PasswordDialog&) { view.ended = password(); };
+    return view;
   }
 
-  std::function<void(OptionsDialog&)> user;  // acts while the window stands
-  std::function<bool()> password = [] { return false; };
+  std::function<void(OptionsDialog&)> user;               // acts while the window stands
+  std::function<bool()> password = [] { return false; };  // whether the user knows it
+  int passwordDialogs = 0;
   std::optional<bool> ended;
   std::vector<OptionsTreeGroup> tree;
   Mark mark;

@@ -3,15 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstdint>
 #include <numeric>
-#include <string>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include "foundation/support/files.h"
-#include "foundation/support/format.h"
 #include "foundation/support/little_endian.h"
 #include "foundation/support/registry.h"
 #include "platform/host/host.h"
@@ -27,60 +23,59 @@ using platform::ValueType;
 constexpr RootKey kRoot = RootKey::kLocalMachine;
 constexpr char kKey[] = "SOFTWARE\\ZYR\\TWAIN";
 
-std::string Hex(uint64_t number, int bytes) {
-  std::string hex;
-  for (; bytes > 0; --bytes, number >>= 8) hex += FormatText("%02lx", Lu(number & 0xFF));
-  return hex;
-}
+// A value as it lies in the registry.
+using Form = std::pair<ValueType, std::vector<uint8_t>>;
 
-// A value as it lies in the registry, type first: "4:10000000" is a REG_DWORD of 16.
 template <typename T>
-std::string Form(const T& value) {
+Form FormOf(const T& value) {
   if constexpr (std::is_convertible_v<T, std::string>) {
-    std::string form = "1:";
-    for (char c : std::string(value)) form += Hex(static_cast<uint8_t>(c), 1);
-    return form + "00";
+    const std::string text = value;
+    return {ValueType::kString, {text.c_str(), text.c_str() + text.size() + 1}};
   } else if constexpr (std::is_same_v<T, double>) {
-    return "3:e395b82300000000" + Hex(std::bit_cast<uint64_t>(value), 8);
+    std::vector<uint8_t> bytes = {0xE3, 0x95, 0xB8, 0x23};
+    bytes.resize(16);
+    StoreLittleEndian(bytes.data() + 8, std::bit_cast<uint64_t>(value));
+    return {ValueType::kBinary, bytes};
   } else {
-    return "4:" + Hex(static_cast<uint32_t>(value), 4);
+    const auto number = static_cast<uint32_t>(value);
+    std::vector<uint8_t> bytes(4);
+    StoreLittleEndian(bytes.data(), number);
+    return {ValueType::kDword, bytes};
   }
 }
 
-std::string FormOf(const std::string& name) {
-  const auto value = host::PeekValue(kRoot, kKey, name);
-  if (!value) return "none";
-  std::string form = FormatText("%lu:", Lu(static_cast<uint32_t>(value->type)));
-  for (uint8_t byte : value->data) form += Hex(byte, 1);
-  return form;
+Form Stored(const std::string& name) {
+  const auto value = host::PeekValue(kRoot, kKey, name).value_or(platform::RegistryValue{});
+  return {value.type, value.data};
 }
+const Form kNothing = {};
 
 struct Row {
   const char* name;
   bool ofSystem;
-  std::string (*get)(const std::string& system);
+  Form (*get)(const std::string& system);
   bool (*change)(const std::string& system);
-  std::string zyr2000Default, otherDefault, changed;
+  Form zyr2000Default, otherDefault, changed;
   bool writtenBack;
 };
 
 // clang-format off
 #define GLOBAL(name, byDefault, changed, writtenBack) \
-  {#name, false, [](const std::string&) { return Form(Get##name()); }, \
+  {#name, false, [](const std::string&) { return FormOf(Get##name()); }, \
    [](const std::string&) { return Set##name(changed); }, \
-   Form(byDefault), Form(byDefault), Form(changed), writtenBack}
+   FormOf(byDefault), FormOf(byDefault), FormOf(changed), writtenBack}
 #define OF_SYSTEM(name, zyr2000Default, otherDefault, changed, writtenBack) \
-  {#name, true, [](const std::string& system) { return Form(Get##name(system)); }, \
+  {#name, true, [](const std::string& system) { return FormOf(Get##name(system)); }, \
    [](const std::string& system) { return Set##name(system, changed); }, \
-   Form(zyr2000Default), Form(otherDefault), Form(changed), writtenBack}
+   FormOf(zyr2000Default), FormOf(otherDefault), FormOf(changed), writtenBack}
 #define IN_GROUP(name, group, field, zyr2000Default, otherDefault, changed) \
-  {#name, true, [](const std::string& system) { return Form(Get##group(system).field); }, \
+  {#name, true, [](const std::string& system) { return FormOf(Get##group(system).field); }, \
    [](const std::string& system) { \
      auto values = Get##group(system); \
      values.field = changed; \
      return Set##group(system, values); \
    }, \
-   Form(zyr2000Default), Form(otherDefault), Form(changed), false}
+   FormOf(zyr2000Default), FormOf(otherDefault), FormOf(changed), false}
 #define FILTER(name, group, otherDefault, factorDefault) \
   IN_GROUP(name, group, enabled, false, otherDefault, true), \
   IN_GROUP(name##DIM, group, dimension, 3, 3, 5), \
@@ -132,7 +127,7 @@ TEST_F(StoreTest, EachSettingHasItsNameItsDefaultAndItsRuleForMissingValues) {
     for (const Row& row : kRows) {
       const std::string name = (row.ofSystem ? system + "_" : "") + row.name;
       SCOPED_TRACE(name);
-      const std::string byDefault = system == "ZYR303" ? row.otherDefault : row.zyr2000Default;
+      const Form byDefault = system == "ZYR303" ? row.otherDefault : row.zyr2000Default;
 
       host::ResetAll();
       host::DenyRegistryWrites(true);
@@ -140,15 +135,16 @@ TEST_F(StoreTest, EachSettingHasItsNameItsDefaultAndItsRuleForMissingValues) {
       EXPECT_FALSE(row.change(system));
       host::DenyRegistryWrites(false);
       EXPECT_EQ(row.get(system), byDefault);
-      EXPECT_EQ(FormOf(name), row.writtenBack ? byDefault : "none");
+      EXPECT_EQ(Stored(name), row.writtenBack ? byDefault : kNothing);
       EXPECT_EQ(host::DumpRegistry(kRoot).size(), row.writtenBack ? 1u : 0u);
 
-      host::PokeValue(kRoot, kKey, name, {ValueType::kBinary, {1, 2, 3}});
+      const Form wrong = {ValueType::kBinary, {1, 2, 3}};
+      host::PokeValue(kRoot, kKey, name, {wrong.first, wrong.second});
       EXPECT_EQ(row.get(system), byDefault);
-      EXPECT_EQ(FormOf(name), row.writtenBack ? byDefault : "3:010203");
+      EXPECT_EQ(Stored(name), row.writtenBack ? byDefault : wrong);
 
       EXPECT_TRUE(row.change(system));
-      EXPECT_EQ(FormOf(name), row.changed);
+      EXPECT_EQ(Stored(name), row.changed);
       EXPECT_EQ(row.get(system), row.changed);
     }
   }
@@ -156,9 +152,9 @@ TEST_F(StoreTest, EachSettingHasItsNameItsDefaultAndItsRuleForMissingValues) {
 
 TEST_F(StoreTest, WritesFlagsThatNobodyReads) {
   EXPECT_TRUE(SetDisplayConflictsMsg(true));
-  EXPECT_EQ(FormOf("DisplayConflictsMsg"), Form(true));
+  EXPECT_EQ(Stored("DisplayConflictsMsg"), FormOf(true));
   EXPECT_TRUE(CanWriteSettings());
-  EXPECT_EQ(FormOf("TESTWrite"), Form(true));
+  EXPECT_EQ(Stored("TESTWrite"), FormOf(true));
   host::DenyRegistryWrites(true);
   EXPECT_FALSE(CanWriteSettings());
   host::PokeDword(kRoot, kKey, "Logging", 7);
@@ -224,13 +220,16 @@ TEST_F(StoreTest, SavesTheDialogsPlacement) {
   host::SetPlacement(&dummy, PlacementAt(1, 2, 3, 4));
   host::SetMinimised(&dummy, true);
   SaveWindowPlacement(&dummy);
-  EXPECT_EQ(FormOf("WinPlacement"), "none");
+  EXPECT_EQ(Stored("WinPlacement"), kNothing);
   host::SetMinimised(&dummy, false);
-  SaveWindowPlacement(&dummy);
-  EXPECT_TRUE(FormOf("WinPlacement").starts_with("3:2c0000000000000009"));
-  host::SetMaximised(&dummy, true);
-  SaveWindowPlacement(&dummy);
-  EXPECT_TRUE(FormOf("WinPlacement").starts_with("3:2c0000000200000009"));
+  for (const bool isMaximised : {false, true}) {
+    host::SetMaximised(&dummy, isMaximised);
+    SaveWindowPlacement(&dummy);
+    std::vector<uint8_t> bytes = Stored("WinPlacement").second;
+    ASSERT_EQ(bytes.size(), sizeof(PlacementBytes));
+    bytes.resize(9);
+    EXPECT_EQ(bytes, (std::vector<uint8_t>{44, 0, 0, 0, uint8_t(isMaximised ? 2 : 0), 0, 0, 0, 9}));
+  }
 }
 
 }  // namespace

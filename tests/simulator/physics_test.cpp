@@ -45,21 +45,12 @@ TEST(Physics, IsTheSameOnEveryMachine) {
   EXPECT_EQ(Hash(*TestDetector(options)), 14903078616953953733u);
 }
 
-TEST(Physics, OneSensorDiffersFromAnother) {
+TEST(Physics, AnotherExposureHasNothingNewButItsNoise) {
   DetectorOptions options = Options(kFamily2000, kSizeA);
   const Detector& first = *TestDetector(options);
-  options.seed = 2;
-  const Detector& second = *TestDetector(options);
-  EXPECT_NE(second.identity, first.identity);
-  EXPECT_NE(Hash(second.memory), Hash(first.memory));
-  EXPECT_FALSE(std::equal(first.macId, first.macId + 8, second.macId));
-
-  // Another exposure of the same one: the noise alone is new.
-  options.seed = 1;
   options.exposure = 1;
   const Detector& later = *TestDetector(options);
   EXPECT_EQ(later.memory, first.memory);
-  ASSERT_EQ(later.dark.size(), first.dark.size());
   int largest = 0;
   for (size_t i = 0; i < later.dark.size(); ++i) {
     largest = std::max(largest, std::abs(later.dark[i] - first.dark[i]));
@@ -92,8 +83,12 @@ TEST(Physics, ListsDefectsAsTheFactoryDoes) {
   const Geometry geometry{468, 578};
   EXPECT_EQ(DefectText({{kBadPixel, 11, 556}, {kBadPixel, 0, 3}, {kBadPixel, 9, 577}}, geometry),
             "10 20 0\n");
-  EXPECT_EQ(DefectText({{kBadColumn, 2, 0}, {kBadColumn, 4, 0}, {kBadColumn, 466, 0},
-                        {kBadColumn, 467, 0}, {kBadRow, 0, 0}, {kBadRow, 0, 573}},
+  EXPECT_EQ(DefectText({{kBadColumn, 2, 0},
+                        {kBadColumn, 4, 0},
+                        {kBadColumn, 466, 0},
+                        {kBadColumn, 467, 0},
+                        {kBadRow, 0, 0},
+                        {kBadRow, 0, 573}},
                        geometry),
             "2 0 2\n3 0 2\n465 0 2\n467 0 2\n0 577 3\n0 3 3\n");
 }

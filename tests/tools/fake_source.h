@@ -30,12 +30,7 @@ class FakeSource : public ManagerPort {
   std::map<TW_UINT16, uint32_t> capabilities;
   std::string fileName;
 
-  bool Called(const std::string& call) const {
-    for (const std::string& made : calls) {
-      if (made == call) return true;
-    }
-    return false;
-  }
+  bool Called(const std::string& call) const { return !CallsFrom(call).empty(); }
   // What was called from the given call on, joined.
   std::string CallsFrom(const std::string& first) const {
     std::string text;
@@ -49,7 +44,8 @@ class FakeSource : public ManagerPort {
   TW_UINT16 Call(TW_IDENTITY*, TW_UINT32, TW_UINT16 dat, TW_UINT16 message, void* data) override {
     std::string name = DataArgumentTypeName(dat) + " " + MessageName(message);
     calls.push_back(name);
-    if (dat == DAT_CAPABILITY && message == MSG_SET) name = CapabilityName(CapabilityOf(data));
+    if (dat == DAT_CAPABILITY && message == MSG_SET)
+      name = CapabilityName(static_cast<TW_CAPABILITY*>(data)->Cap);
     if (const auto failure = failWith.find(name); failure != failWith.end()) {
       conditionCode_ = failure->second;
       return TWRC_FAILURE;
@@ -82,10 +78,10 @@ class FakeSource : public ManagerPort {
   TW_UINT16 conditionCode() const override { return conditionCode_; }
 
  private:
-  static TW_UINT16 CapabilityOf(const void* data) {
-    TW_UINT16 id = 0;
-    std::memcpy(&id, data, sizeof id);
-    return id;
+  static TW_HANDLE HandOver(const void* bytes, size_t size) {
+    const TW_HANDLE handle = platform::AllocateMovable(size, false);
+    std::memcpy(platform::LockedBlock(handle).address(), bytes, size);
+    return handle;
   }
 
   TW_UINT16 Identity(TW_UINT16 message, TW_IDENTITY* identity) {
@@ -104,8 +100,7 @@ class FakeSource : public ManagerPort {
     }
     value.Item = capabilities[capability->Cap];
     capability->ConType = TWON_ONEVALUE;
-    capability->hContainer = platform::AllocateMovable(sizeof value, true);
-    std::memcpy(platform::LockedBlock(capability->hContainer).address(), &value, sizeof value);
+    capability->hContainer = HandOver(&value, sizeof value);
     return TWRC_SUCCESS;
   }
 
@@ -134,8 +129,7 @@ class FakeSource : public ManagerPort {
       block.insert(block.end(), row, row + width);
       while (block.size() % 4 != 0) block.push_back(0);
     }
-    *handle = platform::AllocateMovable(block.size(), false);
-    std::memcpy(platform::LockedBlock(*handle).address(), block.data(), block.size());
+    *handle = HandOver(block.data(), block.size());
     return TWRC_XFERDONE;
   }
 

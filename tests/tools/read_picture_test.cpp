@@ -30,13 +30,13 @@ std::optional<GreyPicture> ReadBytes(const Bytes& bytes, std::string* error) {
 }
 
 void ExpectPicture(const Bytes& file, const GreyPicture& expected, const std::string& label) {
+  SCOPED_TRACE(label);
   std::string error;
   const auto picture = ReadBytes(file, &error);
-  ASSERT_TRUE(picture) << label << ": " << error;
-  EXPECT_EQ(picture->width, expected.width) << label;
-  EXPECT_EQ(picture->height, expected.height) << label;
-  EXPECT_EQ(picture->bits, expected.bits) << label;
-  EXPECT_EQ(picture->samples, expected.samples) << label;
+  ASSERT_TRUE(picture) << error;
+  EXPECT_TRUE(picture->width == expected.width && picture->height == expected.height);
+  EXPECT_EQ(picture->bits, expected.bits);
+  EXPECT_TRUE(picture->samples == expected.samples);
 }
 
 // Smooth with a little noise, so that every filter has something to guess and ties to settle.
@@ -154,14 +154,11 @@ GreyPicture Pattern(const PngTerms& terms) {
 TEST(ReadPictureTest, PngOfEveryDepthFilterAndInterlacing) {
   for (const auto& [width, height] : {std::pair{1u, 1u}, {3u, 2u}, {13u, 11u}, {40u, 33u}}) {
     for (const uint32_t depth : {1u, 2u, 4u, 8u, 16u}) {
-      for (const bool interlaced : {false, true}) {
-        for (const bool alpha : {false, true}) {
-          if (alpha && depth < 8) continue;
-          const PngTerms terms = {width, height, depth, alpha, interlaced};
-          ExpectPicture(MakePng(terms, alpha ? 4 : 0), Pattern(terms),
-                        std::to_string(width) + " wide, depth " + std::to_string(depth) +
-                            (interlaced ? ", interlaced" : "") + (alpha ? ", alpha" : ""));
-        }
+      for (const uint32_t kind : {0u, 1u, 2u, 3u}) {
+        const PngTerms terms = {width, height, depth, kind / 2 == 1 && depth >= 8, kind % 2 == 1};
+        ExpectPicture(MakePng(terms, terms.alpha ? 4 : 0), Pattern(terms),
+                      std::to_string(width) + " wide, depth " + std::to_string(depth) + ", kind " +
+                          std::to_string(kind));
       }
     }
   }
@@ -180,9 +177,10 @@ TEST(ReadPictureTest, Pgm) {
   ExpectPicture(Ascii("P2 3 1 4095 1 2048 4095"), {3, 1, 16, 0, 0, {16, 32776, 65535}}, "12 bits");
 }
 
-TEST(ReadPictureTest, Tiff) {
+TEST(ReadPictureTest, WhatIsWrittenHere) {
   for (const uint32_t depth : {8u, 16u}) {
-    const GreyPicture picture = Pattern({301, 40, depth, false, false});
+    const GreyPicture picture = Pattern({301, 260, depth, false, false});
+    ExpectPicture(EncodePng(picture), picture, "PNG");
     const std::string path = TestPath("tiff");
     ASSERT_TRUE(WritePicture(picture, PictureFormat::kTiff, path));
     std::string error;
@@ -204,23 +202,23 @@ TEST(ReadPictureTest, Tiff) {
 }
 
 TEST(ReadPictureTest, SaysWhatIsWrong) {
-  const auto why = [](const Bytes& bytes) {
-    std::string error;
-    EXPECT_FALSE(ReadBytes(bytes, &error));
-    return error.substr(error.find(' ') + 1);
-  };
-  EXPECT_EQ(why(MakePng({3, 3, 8, false, false}, 2)), "is no grey PNG.");
-  EXPECT_EQ(why(MakePng({3, 3, 8, false, false}, 3)), "is no grey PNG.");
-  EXPECT_EQ(why(MakePng({0, 3, 8, false, false}, 0)), "is no grey PNG.");
-  // A head that promises more than the data gives, or less.
-  EXPECT_EQ(why(MakePng({3, 3, 8, false, false}, 4)), "is torn.");
-  EXPECT_EQ(why(MakePng({3, 3, 8, true, false}, 0)), "is torn.");
-  EXPECT_EQ(why(Ascii("P5 60000 60000 255\n")), "has no regular PGM head.");
-  EXPECT_EQ(why(Ascii("P5 3 3 70000\n")), "has no regular PGM head.");
-  EXPECT_EQ(why(Ascii("P2 2 1 255 7 x")), "is torn.");
-  EXPECT_EQ(why(Ascii("GIF89a")), "is no PNG, PGM or TIFF file.");
-  EXPECT_EQ(why({}), "is no PNG, PGM or TIFF file.");
   std::string error;
+  const std::pair<Bytes, std::string> kCases[] = {
+      {MakePng({3, 3, 8, false, false}, 2), "is no grey PNG."},
+      {MakePng({3, 3, 8, false, false}, 3), "is no grey PNG."},
+      {MakePng({0, 3, 8, false, false}, 0), "is no grey PNG."},
+      // A head that promises more than the data gives, or less.
+      {MakePng({3, 3, 8, false, false}, 4), "is torn."},
+      {MakePng({3, 3, 8, true, false}, 0), "is torn."},
+      {Ascii("P5 60000 60000 255\n"), "has no regular PGM head."},
+      {Ascii("P5 3 3 70000\n"), "has no regular PGM head."},
+      {Ascii("P2 2 1 255 7 x"), "is torn."},
+      {Ascii("GIF89a"), "is no PNG, PGM or TIFF file."},
+      {{}, "is no PNG, PGM or TIFF file."}};
+  for (const auto& [bytes, reason] : kCases) {
+    EXPECT_FALSE(ReadBytes(bytes, &error));
+    EXPECT_EQ(error.substr(error.find(' ') + 1), reason);
+  }
   EXPECT_FALSE(ReadPicture(TestPath("nowhere"), &error));
   EXPECT_EQ(error, TestPath("nowhere") + " cannot be opened.");
 }
@@ -233,8 +231,7 @@ TEST(ReadPictureTest, TornAndTwistedFiles) {
   const Bytes tiff{std::istreambuf_iterator<char>(stream), {}};
   stream.close();
   std::filesystem::remove(path);
-  const auto decode = [](const Bytes& file) {
-    std::string error;
+  auto decode = [error = std::string()](const Bytes& file) mutable {
     return IsPng(file)    ? DecodePng(file, &error)
            : IsTiff(file) ? DecodeTiff(file, &error)
            : IsPgm(file)  ? DecodePgm(file, &error)

@@ -30,6 +30,7 @@ class SessionTest : public testing::Test {
   }
 
   ExitStatus Run(SourceEvent event = SourceEvent::kXferReady) {
+    source_.calls.clear();
     Surroundings surroundings;
     surroundings.wait = [=](TW_IDENTITY*) { return event; };
     return Session(source_, options_, surroundings).Run();
@@ -50,30 +51,27 @@ class SessionTest : public testing::Test {
 
 TEST_F(SessionTest, EachMechanismSavesTheSamePicturesInOrder) {
   const std::deque<FakeImage> images = source_.images;
-  for (const Mechanism mechanism : {Mechanism::kNative, Mechanism::kMemory}) {
-    for (const bool emptyLastStrip : {false, true}) {
-      source_.images = images;
-      source_.emptyLastStrip = emptyLastStrip;
-      options_.mechanism = mechanism;
-      EXPECT_EQ(Run(), kExitDone);
-      EXPECT_TRUE(Saved(1) == Png({1, 2, 3, 4, 5, 6}, 100)) << MechanismName(mechanism);
-      EXPECT_TRUE(Saved(2) == Png({7, 8, 9, 10, 11, 12}, 100)) << MechanismName(mechanism);
-      EXPECT_TRUE(source_.images.empty());
-      EXPECT_EQ(source_.capabilities[ICAP_XFERMECH], static_cast<uint32_t>(mechanism));
-    }
+  for (const auto& [mechanism, emptyLastStrip] : {std::pair{Mechanism::kNative, false},
+                                                  {Mechanism::kMemory, false},
+                                                  {Mechanism::kMemory, true}}) {
+    source_.images = images;
+    source_.emptyLastStrip = emptyLastStrip;
+    options_.mechanism = mechanism;
+    EXPECT_EQ(Run(), kExitDone);
+    EXPECT_TRUE(Saved(1) == Png({1, 2, 3, 4, 5, 6}, 100)) << MechanismName(mechanism);
+    EXPECT_TRUE(Saved(2) == Png({7, 8, 9, 10, 11, 12}, 100)) << MechanismName(mechanism);
+    EXPECT_TRUE(source_.images.empty());
+    EXPECT_EQ(source_.capabilities[ICAP_XFERMECH], static_cast<uint32_t>(mechanism));
   }
 }
 
 TEST_F(SessionTest, ClosesWhateverItHasOpened) {
-  EXPECT_EQ(Run(), kExitDone);
-  EXPECT_EQ(source_.CallsFrom("DAT_USERINTERFACE MSG_DISABLEDS"), kEnd);
-  source_.calls.clear();
-  EXPECT_EQ(Run(SourceEvent::kTimeout), kExitTimeout);
-  EXPECT_EQ(source_.CallsFrom("DAT_USERINTERFACE MSG_DISABLEDS"), kEnd);
-  source_.calls.clear();
-  EXPECT_EQ(Run(SourceEvent::kCloseRequest), kExitNoImage);
-  EXPECT_EQ(source_.CallsFrom("DAT_USERINTERFACE MSG_DISABLEDS"), kEnd);
-
+  for (const auto& [event, status] : {std::pair{SourceEvent::kXferReady, kExitDone},
+                                      {SourceEvent::kTimeout, kExitTimeout},
+                                      {SourceEvent::kCloseRequest, kExitNoImage}}) {
+    EXPECT_EQ(Run(event), status);
+    EXPECT_EQ(source_.CallsFrom("DAT_USERINTERFACE MSG_DISABLEDS"), kEnd);
+  }
   const struct {
     const char* failing;
     ExitStatus status;
@@ -88,7 +86,6 @@ TEST_F(SessionTest, ClosesWhateverItHasOpened) {
        "DAT_USERINTERFACE MSG_ENABLEDS, DAT_IDENTITY MSG_CLOSEDS, DAT_PARENT MSG_CLOSEDSM"},
   };
   for (const auto& one : kCases) {
-    source_.calls.clear();
     source_.failWith = {{one.failing, TWCC_SEQERROR}};
     EXPECT_EQ(Run(), one.status) << one.failing;
     EXPECT_EQ(source_.CallsFrom(one.failing), one.rest);
@@ -97,7 +94,6 @@ TEST_F(SessionTest, ClosesWhateverItHasOpened) {
 
 TEST_F(SessionTest, AnImageThatIsNotSafeStaysWithTheSource) {
   const auto expectKept = [&](ExitStatus expected, const std::string& what) {
-    source_.calls.clear();
     EXPECT_EQ(Run(), expected) << what;
     EXPECT_EQ(source_.images.size(), 2u) << what;
     EXPECT_EQ(source_.CallsFrom("DAT_PENDINGXFERS MSG_RESET"),
@@ -146,7 +142,6 @@ TEST_F(SessionTest, OnlyARefusalOfWhatWasAskedForEndsIt) {
   source_.failWith = {{"ICAP_XFERMECH", TWCC_CAPUNSUPPORTED}, {"ICAP_BITDEPTH", TWCC_BADVALUE}};
   EXPECT_EQ(Run(), kExitDone);
   options_.depth = 16;
-  source_.calls.clear();
   EXPECT_EQ(Run(), kExitRefused);
   EXPECT_FALSE(source_.Called("DAT_USERINTERFACE MSG_ENABLEDS"));
 }
@@ -164,7 +159,6 @@ TEST_F(SessionTest, FindsASourceByPartOfItsName) {
   options_.source = "zyr tw";
   EXPECT_EQ(Run(), kExitDone);
   options_.source = "ZYRX";
-  source_.calls.clear();
   EXPECT_EQ(Run(), kExitNoSource);
   EXPECT_FALSE(source_.Called("DAT_IDENTITY MSG_OPENDS"));
 }

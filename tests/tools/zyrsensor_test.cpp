@@ -9,6 +9,7 @@
 #include "hardware/devmgr/dev_mgr.h"
 #include "platform/host/host.h"
 #include "tests/support/simulated_sensor.h"
+#include "tests/tools/words.h"
 #include "tools/images/picture_file.h"
 #include "tools/images/read_picture.h"
 #include "tools/zyrsensor/capture.h"
@@ -28,21 +29,16 @@ using testing::internal::GetCapturedStderr;
 using testing::internal::GetCapturedStdout;
 
 TEST(SensorOptions, SaysWhatIsWrong) {
-  const struct {
-    std::vector<std::string> arguments;
-    const char* error;
-  } kCases[] = {
-      {{}, "What shall be done: list, info, capture, watch or trigger?"},
-      {{"liszt"}, "There is no command 'liszt'."},
-      {{"list", "more"}, "'more' is too much."},
-      {{"capture"}, "capture needs --out FILE or --all-out DIR."},
-      {{"capture", "--out=x.png", "--type=6"}, "--type does not take '6'."},
-      {{"capture", "--out=x.png", "--set", "binned"}, "--set does not take 'binned'."},
-      {{"info", "--film"}, "--out, --all-out, --film, --reference and --set belong to capture."},
-      {{"list", "--seconds", "3"}, "--seconds belongs to watch."},
-  };
-  for (const auto& wrong : kCases)
-    EXPECT_EQ(ParseSensorOptions(wrong.arguments).error, wrong.error);
+  for (const auto& [line, error] :
+       {std::pair{"", "What shall be done: list, info, capture, watch or trigger?"},
+        {"liszt", "There is no command 'liszt'."},
+        {"list more", "'more' is too much."},
+        {"capture", "capture needs --out FILE or --all-out DIR."},
+        {"capture --out=x.png --type=6", "--type does not take '6'."},
+        {"capture --out=x.png --set binned", "--set does not take 'binned'."},
+        {"info --film", "--out, --all-out, --film, --reference and --set belong to capture."},
+        {"list --seconds 3", "--seconds belongs to watch."}})
+    EXPECT_EQ(ParseSensorOptions(test::Words(line)).error, error);
   const SensorOptions options =
       ParseSensorOptions({"capture", "--out=x.tif", "--set", "a=b=c", "--set=d="});
   EXPECT_EQ(options.error, "");
@@ -98,7 +94,6 @@ TEST_F(SensorToolTest, FindsDescribesCapturesAndTriggers) {
   test::SensorToPlug what;
   what.detector.size = simulator::kSizeA;
   test::SimulatedSensor small(what);
-  what.detector = {};
   what.detector.family = simulator::kFamily303;
   what.detector.size = simulator::kSizeC;
   what.generation = simulator::kEndpointDriver;

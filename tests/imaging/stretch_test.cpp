@@ -1,13 +1,12 @@
-#include "imaging/operations/geometry/flip.h"
 #include "imaging/operations/levels/stretch.h"
 #include "tests/imaging/imaging_test.h"
 
 namespace zyr {
 namespace {
 
-using RowOperationsTest = ImagingTest;
+using StretchTest = ImagingTest;
 
-TEST_F(RowOperationsTest, StretchFollowsItsFormulaForEverySample) {
+TEST_F(StretchTest, FollowsItsFormulaForEverySample) {
   std::vector<uint16_t> samples(65536);
   std::vector<uint16_t> expected(65536);
   for (uint32_t p = 0; p < 65536; ++p) {
@@ -25,15 +24,6 @@ TEST_F(RowOperationsTest, StretchFollowsItsFormulaForEverySample) {
     EXPECT_TRUE(std::equal(exact.begin(), exact.end(), expected.begin()));
     EXPECT_TRUE(std::equal(exact.begin(), exact.end(), some.begin()));
     EXPECT_EQ(some[count], count);
-  }
-}
-
-TEST_F(RowOperationsTest, RowsTurnOverInPlace) {
-  for (const uint32_t rowBytes : {4u, 4096u, 9000u}) {
-    const auto image = RandomImage(rowBytes, 5, 8);
-    const Bytes flipped = PixelBytes(*FlipVertical(image.get(), nullptr));
-    FlipRows(image->bits(), rowBytes, 5);
-    EXPECT_EQ(PixelBytes(*image), flipped);
   }
 }
 
