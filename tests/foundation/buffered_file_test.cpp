@@ -124,6 +124,7 @@ TEST_F(BufferedFileTest, ReportsBytesThatTheDiskDidNotTake) {
   EXPECT_FALSE(file.Sync());  // the loss stays known
   EXPECT_FALSE(file.Close());
   EXPECT_EQ(host::FileBytes(kPath), "later");
+  EXPECT_TRUE(file.OpenWrite(kPath, true) && file.Close());
 }
 
 TEST_F(BufferedFileTest, KeepsNumbersAndStringsAndRefusesLengthsThatLie) {

@@ -26,10 +26,11 @@ using ::testing::IsEmpty;
 class TreeView : public DirectorySelectionView {
  public:
   struct Shown {
-    Node parent;
-    std::string label;
-    DirectoryKind kind;
-    bool canBeOpened = true, isExpanded = false;
+    Node parent = kNoNode;
+    std::string label = {};
+    DirectoryKind kind = DirectoryKind::kFolder;
+    bool canBeOpened = true;
+    bool isExpanded = false;
     std::vector<Node> children = {};
   };
 
@@ -87,16 +88,16 @@ class TreeView : public DirectorySelectionView {
   }
   // The first one of that label.
   Node Named(const std::string& label) const {
-    for (const auto& [node, shown] : nodes) {
-      if (shown.label == label) return node;
-    }
-    return kNoNode;
+    const auto found = std::find_if(nodes.begin(), nodes.end(),
+                                    [&](const auto& node) { return node.second.label == label; });
+    return found != nodes.end() ? found->first : kNoNode;
   }
 
   std::function<void()> script;
   std::map<Node, Shown> nodes = {{kNoNode, {}}};
   Node selected = kNoNode;
-  bool newEnabled = false, accepted = false;
+  bool newEnabled = false;
+  bool accepted = false;
   std::string head;
   std::deque<std::string> typed;
   std::vector<std::string> offered;
@@ -182,12 +183,14 @@ TEST_F(DirectorySelectionTest, OpensWhatIsLeftOfTheStartingDirectory) {
       {"C:\\Images\\gone\\deeper", "C:\\/Images"},
       {"C:\\Images\\Young\\file", "C:\\/Images/Young"},
       {"C:\\Shadow", "C:\\/Shadow"},
+      {"C:", "C:\\"},
       {"", "C:\\"},
       {"Images", "C:\\"},
       {"B:\\x", "B:\\"},
       {"E:\\x", "C:\\"},
       {"\\\\server\\share\\Scans\\", "\\\\server\\share/scans"},
       {"\\\\gone\\share\\scans", "C:\\"},
+      {"\\\\server", "C:\\"},
   };
   for (const auto& row : kCases) {
     view.nodes = {{0, {}}};
@@ -264,17 +267,22 @@ TEST_F(DirectorySelectionTest, TellsOfWhatIsGone) {
 
 TEST_F(DirectorySelectionTest, MakesADirectoryInItsPlaceAndSelectsIt) {
   EXPECT_TRUE(Run([&] {
-    const auto make = [&](const char* parent, const char* name) {
-      view.Select(view.Named(parent));
-      view.typed = {name};
-      dialog.OnNewDirectory();
-      return view.LabelsBelow(view.nodes[view.selected].parent);
-    };
-    EXPECT_THAT(make("C:\\  System", " Beta\t"), ElementsAre("apps", "Beta", "Images"));
+    view.typed = {" Beta\t"};
+    dialog.OnNewDirectory();
     EXPECT_EQ(view.Selected(), "C:\\  System/Beta");
-    EXPECT_THAT(make("C:\\  System", "Aa"), ElementsAre("Aa", "apps", "Beta", "Images"));
-    EXPECT_THAT(make("Images", "Middle"), ElementsAre("Middle", "old", "Young"));
-    EXPECT_THAT(make("Middle", "inner"), ElementsAre("inner"));
+    EXPECT_THAT(view.LabelsBelow(view.nodes[view.selected].parent),
+                ElementsAre("apps", "Beta", "Images"));
+    view.typed = {"Aa"};
+    view.Select(view.Named("C:\\  System"));
+    dialog.OnNewDirectory();
+    view.Select(view.Named("Images"));
+    view.typed = {"Middle"};
+    dialog.OnNewDirectory();
+    EXPECT_THAT(view.LabelsBelow(view.Named("Images")), ElementsAre("Middle", "old", "Young"));
+    EXPECT_THAT(view.LabelsBelow(view.Named("C:\\  System")),
+                ElementsAre("Aa", "apps", "Beta", "Images"));
+    view.typed = {"inner"};
+    dialog.OnNewDirectory();
     EXPECT_TRUE(view.nodes[view.Named("Middle")].canBeOpened);
     EXPECT_FALSE(view.nodes[view.Named("inner")].canBeOpened);
     dialog.OnOK();
@@ -292,10 +300,14 @@ TEST_F(DirectorySelectionTest, AsksAgainForANameThatCannotBe) {
     const char* told;
   } kCases[] = {
       {"  ", "Please enter a name"},
-      {"a\x01", "cannot contain any of these characters:\n\\ / : * ? \" < > |"},
+      {"a\\b", "cannot contain any of these characters:\n\\ / : * ? \" < > |"},
+      {"a\"b", "cannot contain"},
+      {"a\x01", "cannot contain"},
       {"..", "end with a dot"},
+      {"con", "con is reserved"},
       {"Com7 .txt", "reserved"},
       {"CONOUT$", "reserved"},
+      {"YOUNG", "named YOUNG already"},
       {"file", "file named file already"},
       {std::string(250, 'x'), "too long"},
       {"locked", "C:\\Images\\locked cannot be created"},

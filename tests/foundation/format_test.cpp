@@ -33,8 +33,9 @@ TEST(FormatText, FillsEveryDirectiveAsTheCLibraryDoes) {
     for (double value : {0.0, -1.25, 1e20, HUGE_VAL}) ExpectAsTheCLibrary(format, value);
   }
   ExpectAsTheCLibrary("%s [%8s] [%-8s] [%.2s]", "word", "word", "word", "word");
-  ExpectAsTheCLibrary("%ld %lX %lld %zu %td %jd", LONG_MIN, ~0ul, LLONG_MIN, size_t{5},
-                      ptrdiff_t{-7}, intmax_t{-8});
+  ExpectAsTheCLibrary("%ld %lX %lld %llu", LONG_MIN, ~0ul, LLONG_MIN, ~0ull);
+  ExpectAsTheCLibrary("%zu %zd %td %jd %ju", size_t{5}, ptrdiff_t{-6}, ptrdiff_t{-7}, intmax_t{-8},
+                      uintmax_t{9});
   ExpectAsTheCLibrary("%*d|%-*d|%.*f|%*.*lf", 6, 1, 6, 2, 2, 3.14159, -9, 1, 2.25);
   ExpectAsTheCLibrary("%.*s|%Lf|%c%c|100%% %s", -1, "whole", 1.5L, 'o', 'k', "end%");
 }
@@ -62,10 +63,17 @@ TEST(FormatText, WritesAPointWhateverTheHostProgramsLocale) {
 
 TEST(SameDirectives, ComparesKindOrderAndNumber) {
   EXPECT_TRUE(SameDirectives("%lu of %s", "%5lu: %-3s %%s"));
+  EXPECT_TRUE(SameDirectives("%*d", "%*d"));
+  EXPECT_TRUE(SameDirectives("100%%", "hundert"));
   EXPECT_TRUE(SameDirectives("50% of", "50% of"));  // "% o" is a directive
-  const std::pair<const char*, const char*> kDifferent[] = {
-      {"%lu of %s", "%s of %lu"}, {"%s", "%s %s"}, {"%lu", "%u"},        {"%d", "%*d"},
-      {"%lu", "%lu%n"},           {"%s", "%s%"},   {"%d", "%999999999d"}};
+  const std::pair<const char*, const char*> kDifferent[] = {{"%lu of %s", "%s of %lu"},
+                                                            {"%s", "%s %s"},
+                                                            {"%lu", "%u"},
+                                                            {"%d", "%s"},
+                                                            {"%d", "%*d"},
+                                                            {"%lu", "%lu%n"},
+                                                            {"%s", "%s%"},
+                                                            {"%d", "%999999999d"}};
   for (const auto& [format, other] : kDifferent) {
     EXPECT_FALSE(SameDirectives(format, other)) << format << " / " << other;
   }

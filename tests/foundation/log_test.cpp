@@ -99,6 +99,8 @@ TEST_F(LogTest, BuffersUntilItIsFullOrAskedToFlush) {
   while (Bytes().empty()) log.WriteText("text");
   EXPECT_EQ(Bytes().size(), 51200u);
   log.SetFlushEachLine(true);
+  log.WritePartial("end");
+  EXPECT_TRUE(Bytes().ends_with("  end"));
   log.WriteBlock("block");
   EXPECT_TRUE(Bytes().ends_with("block\r\n"));
 }

@@ -64,15 +64,18 @@ TEST_F(RegistryTest, JudgesStoredTypesAndSizes) {
   } kCases[] = {
       {ReadNumber, ValueType::kDword, {4, 3, 2, 1}, "16909060"},
       {ReadNumber, ValueType::kDwordBigEndian, {1, 2, 3, 4}, "16909060"},
+      {ReadNumber, ValueType::kDword, {}, kObtain},
       {ReadNumber, ValueType::kDword, {1, 0, 0, 0, 0, 0, 0, 0}, kObtain},
       {ReadNumber, ValueType::kString, {'1', 0, 0, 0}, kType},
       {ReadText, ValueType::kString, {'a', 'b', 'c', 'd'}, "abcd"},  // no terminator
       {ReadText, ValueType::kString, {'a', 0, 0xCC, 'b', 0}, "a"},
+      {ReadText, ValueType::kString, {}, ""},
       {ReadText, ValueType::kExpandString, {'%', 'd', 0}, "%d"},
       {ReadText, ValueType::kMultiString, {'x', 0, 'y', 0, 0}, "x"},
       {ReadText, ValueType::kBinary, {'a', 0}, kType},
       {ReadThreeBytes, ValueType::kBinary, {'a', 'b', 'c'}, "abc"},
       {ReadThreeBytes, ValueType::kBinary, {'a', 'b', 'c', 'd'}, kSize},
+      {ReadThreeBytes, ValueType::kBinary, {}, kSize},
       {ReadThreeBytes, ValueType::kNone, {'a', 'b', 'c'}, kType},
       {ReadReal, ValueType::kBinary, real, "-1.5"},
       {ReadReal, ValueType::kBinary, otherMagic, kType},

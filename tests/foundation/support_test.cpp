@@ -119,6 +119,7 @@ TEST_F(SupportTest, FormsPathsAndNames) {
   EXPECT_EQ(WithExtension("C:\\a.b\\c.RAW", "JPG"), "C:\\a.b\\c.JPG");
   EXPECT_EQ(WithExtension("C:\\a.b\\c", "JPG"), "C:\\a.b\\c.JPG");
   EXPECT_EQ(DirectoryOf("C:\\a/b.c") + "|" + FileNameOf("C:\\a/b.c"), "C:\\a|b.c");
+  EXPECT_EQ(DirectoryOf("b.c") + "|" + FileNameOf("b.c"), "|b.c");
   EXPECT_FALSE(EqualIgnoringCase("[", "{"));
 }
 
@@ -153,6 +154,14 @@ TEST_F(SupportTest, SaysWhyTheShellFailed) {
     EXPECT_EQ(LastErrorCode(), code) << answer;
     EXPECT_EQ(LastErrorText(), text) << answer;
   }
+}
+
+TEST_F(SupportTest, RemembersEscapeUntilReset) {
+  host::PressEscape();
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
+  EXPECT_TRUE(cancel_monitor::IsCancelled());
+  cancel_monitor::Reset();
+  EXPECT_FALSE(cancel_monitor::IsCancelled());
 }
 
 // Which of the questions from now on, counted from 1, the platform gets to see while it finds every

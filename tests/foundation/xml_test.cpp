@@ -66,13 +66,17 @@ struct Case {
 TEST(XmlNode, IsFoundWithoutRegardToCase) {
   XmlDocument document;
   XmlElement* root = document.CreateRoot("Any name", "");
+  EXPECT_FALSE(root->HasOnlyTextChildren());
   root->AddAttribute("id", "first");
   root->AddAttribute("ID", "second");
   EXPECT_EQ(root->GetAttributeValue("Id"), "first");
+  EXPECT_EQ(root->FindAttribute("idx"), nullptr);
   EXPECT_EQ(root->GetAttributeValue("idx"), "");
+
   const auto addText = [&](const char* value) {
-    root->children.push_back(document.CreateText(root));
-    root->children.back()->value = value;
+    auto node = document.CreateText(root);
+    node->value = value;
+    root->children.push_back(std::move(node));
   };
   addText("a");
   EXPECT_TRUE(root->HasOnlyTextChildren());
@@ -81,6 +85,7 @@ TEST(XmlNode, IsFoundWithoutRegardToCase) {
   XmlElement* last = root->AddChild("DEEP", "");
   EXPECT_FALSE(root->HasOnlyTextChildren());
   EXPECT_EQ(root->GetText(), "a b");
+  EXPECT_EQ(root->GetChildCount(), 4u);
   EXPECT_EQ(root->GetChild(4), nullptr);
   EXPECT_EQ(root->FindChild("deep"), last);
   EXPECT_EQ(root->GetChildElementCount(), 2u);
@@ -106,6 +111,14 @@ TEST(XmlNode, SetNameMakesAnyTextLegal) {
   EXPECT_EQ(node.name.find_first_not_of("0123456789ABCDEF", 1), std::string::npos);
 }
 
+TEST(XmlNode, NamesItsTypes) {
+  EXPECT_EQ(XmlNodeTypeName(kXmlNull), "NULL");
+  EXPECT_EQ(XmlNodeTypeName(kXmlCDataSection), "CDATASection");
+  EXPECT_EQ(XmlNodeTypeName(kXmlNotation), "Notation");
+  EXPECT_EQ(XmlNodeTypeName(kXmlNameList), "Unknown Node Type 12");
+  EXPECT_EQ(XmlNodeTypeName(0xFFFFFFFF), "Unknown Node Type 4294967295");
+}
+
 TEST(XmlDocument, ClearsAndCreates) {
   XmlDocument document;
   EXPECT_EQ(document.FindElement("a"), nullptr);
@@ -118,15 +131,19 @@ TEST(XmlDocument, ClearsAndCreates) {
   EXPECT_EQ(document.GetRoot(), nullptr);
   EXPECT_TRUE(document.comments.empty() && document.prolog.instructions.empty());
   EXPECT_EQ(document.prolog.publicId + document.prolog.systemId, "");
-  EXPECT_EQ(document.prolog.version + document.prolog.encoding, "1.0latin");
+  EXPECT_EQ(document.prolog.version, "1.0");
+  EXPECT_EQ(document.prolog.encoding, "latin");
+
   document.Create("a b.c/d:e", "1.1", "e", "yes");
   EXPECT_EQ(document.prolog.typeName, "a b.c_d_e");
   document.Create(nullptr, "1.1", "e", "yes");
   EXPECT_EQ(document.prolog.typeName, "");
+  EXPECT_EQ(document.prolog.standalone, "yes");
 
   document.CreateRoot("old", "");
   const std::unique_ptr<XmlElement> old(document.GetRoot());  // the caller's from the next line on
   document.CreateRoot("new", "");
+  EXPECT_EQ(old->name, "old");
   old->Clear();
   EXPECT_EQ(old->AddChild("x", ""), nullptr);
   EXPECT_EQ(old->AddAttribute("x", ""), nullptr);
@@ -135,8 +152,10 @@ TEST(XmlDocument, ClearsAndCreates) {
 TEST(XmlParser, ReadsElements) {
   const std::vector<Case> kCases = {
       {"<a></A>", "a"},
-      {" < A B = 'x' ></ A >", "A{B=x}"},
+      {" < a/>", "a"},
+      {"<A B = 'x' ></ A >", "A{B=x}"},
       {"<a v=\"1\" v='2'w=\"a<b&c\r\n %s'\"/>", "a{v=1}{v=2}{w=a<b&c\r\n %s'}"},
+      {"<a>1 &lt; 2</a>", "a[1|@lt|2]"},
       {"<a>& x;&#65;&#x4f;&#X4f;</a>", "a[@x|@&#65|@&#x4f|@&#X4f]"},
       {"<a>  x\n y  <b/> \t </a>", "a[x\n y|b]"},
       {"<a><![cdata[  x]]y]]>z</a>", "a[<!x]]y|z]"},
@@ -152,14 +171,18 @@ TEST(XmlParser, SaysWhereTheRootElementFails) {
   const std::vector<Case> kCases = {
       {" \n", EndOf("XML element")},
       {"a", "Missing '<' element tag header."},
+      {"<?xml?><a/>", "Invalid name defined."},
+      {"<!-- c --><a/>", "Invalid name defined."},
       {"<\xE9/>", "Invalid name defined."},
       {"<a%s/>", "Missing '>' element start tag closer"},
+      {"<a b/>", "Missing '>' element start tag closer"},
       {"<a b='c/>", "Missing '>' element start tag closer"},
       {"<a></1>", "Invalid name defined."},
       {"<a></a", "Missing '>' element end tag closer for element 'a'"},
       {"<a></b>", "Miss matched element tag names detected: start tag = 'a'; end tag = 'b'"},
       {"<a><b></a>", "Missing '</' element tag header for element 'a'."},
       {"<a>&b c;</a>", "Missing '</' element tag header for element 'a'."},
+      {"<a>&#x;</a>", "Missing '</' element tag header for element 'a'."},
       {"<a>&#1F;</a>", "Missing '</' element tag header for element 'a'."},
       {"<a><!-- b -- c --></a>", "Missing '</' element tag header for element 'a'."},
       {"<a>", EndOf("content tag")},
@@ -263,20 +286,22 @@ TEST(XmlGrammar, SaysWhichPartIsMissing) {
       {xmlDecl, "<?xml version='1' encoding='2' standalone='3' ?>", ""},
       {xmlDecl, "<?xml version='1' encoding?>", "Missing '?>' XML declaration tag closer"},
       {comment, "<!-- a -- b -->", "Missing '-->' comment element tag closer"},
+      {comment, " <!---->", ""},
       {docType, " ", EndOf("XML document type declaration")},
       {docType, "<!DOCTYPEa>", "Missing '<!DOCTYPE' document type declaration tag header"},
       {docType, "<!DOCTYPE 1>", "Unable to parse document type name."},
       {docType, "<!DOCTYPE a SYSTEM>", "Missing '>' document type declaration tag closer"},
+      {docType, "<!DOCTYPE a>", ""},
       {docType, "<!DOCTYPE a[<!ELEMENT a ANY>]>", subset},
       {docType, "<!DOCTYPE a[<!ELEMENT a ANY>\n]>", ""},
-      {docType, "<!DOCTYPE a>", ""},
       {docType, "<!DOCTYPE a[ ]>", subset},
       {docType, "<!DOCTYPE a[%pe;<!ENTITY % b 'c'> ]>", subset},
       {docType, "<!DOCTYPE a[%pe;\n<!ENTITY % b 'c'> ]>", ""},
       {element, "<!ELEMENT 1 ANY>", "Unable to parse element name"},
-      {element, "<!ELEMENT a EMPTYx>", "Unable to parse element closing tag"},
-      {element, "<!ELEMENT a ( #pcdata | b |c )* >", ""},
       {element, "<!ELEMENTa empty >", ""},
+      {element, "<!ELEMENT a EMPTYx>", "Unable to parse element closing tag"},
+      {element, "<!ELEMENT a (#PCDATA | b |c )* >", ""},
+      {element, "<!ELEMENT a ( #pcdata)>", ""},
       {element, "<!ELEMENT a (#PCDATA,b)>", contentSpec},
       {element, "<!ELEMENT a (#PCDATA|)>", contentSpec},
       {element, "<!ELEMENT a b>", contentSpec},
@@ -287,6 +312,7 @@ TEST(XmlGrammar, SaysWhichPartIsMissing) {
       {attlist, "<!ATTLIST a (b|)>", attlistCloser},
       {entity, "<!ENTITY a 'b\">'>", ""},
       {entity, "<!ENTITY a SYSTEM 'b' NDATA c>", ""},
+      {entity, "<!ENTITY %a PUBLIC 'b' 'c'>", ""},
       {entity, "<!ENTITY %a PUBLIC 'b''c'>", badEntity},
       {entity, "<!ENTITY a SYSTEM'b'>", badEntity},
       {entity, "<!ENTITY a 'b>", badEntity},
@@ -294,6 +320,7 @@ TEST(XmlGrammar, SaysWhichPartIsMissing) {
       {notation, "<!NOTATION a SYSTEM 'b' PUBLIC 'c'>", ""},
       {notation, "<!NOTATION a PUBLIC 'b' x>", "Unable to parse notation declaration end tag"},
       {external, "PUBLIC 'a'", badId},
+      {external, "system x", badId},
       {external, "'a'",
        "Unable to parse external ID tag. Missing 'system' or 'public' declaration."},
   };

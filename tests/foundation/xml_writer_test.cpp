@@ -23,6 +23,11 @@ std::string Written(const XmlDocument& document) {
   return document.Write(&text) ? text : "! " + text;
 }
 
+std::string Rewritten(const std::string& text) {
+  XmlDocument document;
+  return XmlParser().ParseText(text.c_str(), &document, 0) ? Written(document) : "no XML";
+}
+
 std::string Dumped(const XmlDocument& document, uint32_t indent = 0) {
   std::string text;
   document.Dump(&text, indent);
@@ -71,23 +76,25 @@ TEST_F(XmlWriterTest, PrintsWhatTheParserRead) {
 
 TEST_F(XmlWriterTest, BreaksLinesByTheKindsOfChildren) {
   const std::pair<const char*, const char*> kCases[] = {
+      {"<a/>", "<a/>\n"},
       {"<a> </a>", "<a/>\n"},
+      {"<a>t</a>", "<a>t</a>\n"},
       {"<a><!--c-->t</a>", "<a>\n   <!--c-->\nt</a>\n"},
+      {"<a><b>t</b></a>", "<a>\n   <b>t</b>\n</a>\n"},
+      {"<a><![CDATA[t]]></a>", "<a>\n   <![CDATA[t]]></a>\n"},
       {"<a>1&lt;2</a>", "<a>\n12</a>\n"},
       {"<a>&lt;</a>", "<a>\n</a>\n"},
       {"<a b='\"'/>", "<a b=\"\"\"/>\n"},
   };
-  for (const auto& [text, expected] : kCases) {
-    XmlDocument document;
-    ASSERT_TRUE(XmlParser().ParseText(text, &document, 0));
-    EXPECT_EQ(Written(document), kHead + std::string(expected));
-  }
+  for (const auto& [text, expected] : kCases)
+    EXPECT_EQ(Rewritten(text), kHead + std::string(expected));
 }
 
 TEST_F(XmlWriterTest, PrintsWhatOwnersPutThere) {
   XmlDocument document;
   EXPECT_EQ(Written(document), kHead);
   XmlElement* root = document.CreateRoot("a", "a<b\"");
+  EXPECT_EQ(Written(document), kHead + std::string("<a>a<b\"</a>\n"));
   root->AddChild("b", "1")->AddAttribute("c", "2");
   document.SetTypeName("a");
   document.SetExternalIds("p", "s");
@@ -108,12 +115,14 @@ TEST_F(XmlWriterTest, PrintsWhatOwnersPutThere) {
 TEST_F(XmlWriterTest, RefusesATypeThatIsNotTheRoots) {
   XmlDocument document;
   document.SetTypeName("a");
+  EXPECT_EQ(Written(document), "! ");
   std::unique_ptr<XmlElement> old(document.CreateRoot("A", ""));
   EXPECT_EQ(Written(document), "! ");
   EXPECT_FALSE(document.SaveFile(kPath));
   EXPECT_EQ(host::FileBytes(kPath), "");
   document.CreateRoot("a", "");
   EXPECT_EQ(Written(document), kHead + std::string("<!DOCTYPE a>\n<a/>\n"));
+  EXPECT_FALSE(document.Write(static_cast<std::string*>(nullptr)));
 }
 
 TEST_F(XmlWriterTest, SavesFilesInTextMode) {
@@ -127,6 +136,20 @@ TEST_F(XmlWriterTest, SavesFilesInTextMode) {
   EXPECT_EQ(host::FileBytes(kPath), "<?xml version=\"1.0\"?>\r\n<a/>\r\n");
   EXPECT_FALSE(document.SaveFile("C:\\no such folder\\tree.xml"));
   EXPECT_EQ(host::CountsOfFiles().openHandles, 0);
+}
+
+TEST_F(XmlWriterTest, PrintsTheDeepestTreeOfTheParser) {
+  std::string text;
+  for (uint32_t i = 0; i < kMaxXmlDepth; ++i) text += "<a>";
+  text += "t";
+  for (uint32_t i = 0; i < kMaxXmlDepth; ++i) text += "</a>";
+  XmlDocument document;
+  ASSERT_TRUE(XmlParser().ParseText(text.c_str(), &document, 0));
+  const std::string written = Written(document);
+  EXPECT_EQ(Rewritten(written), written);
+  const std::string innermost(3 * (kMaxXmlDepth - 1), ' ');
+  EXPECT_NE(written.find("\n" + innermost + "<a>t</a>\n"), std::string::npos);
+  EXPECT_NE(Dumped(document).find(innermost + "      Value = 't'\n"), std::string::npos);
 }
 
 TEST_F(XmlWriterTest, ListsATree) {

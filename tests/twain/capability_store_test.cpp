@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "foundation/support/phrase_lookup.h"
 #include "tests/twain/capability_fixture.h"
 
 namespace zyr {
@@ -16,6 +17,16 @@ class FixedCapability : public Capability {
  public:
   explicit FixedCapability(TW_UINT16 capabilityId) : Capability(capabilityId, kQueryAll) {}
 };
+
+TEST_F(CapabilityStoreTest, MessagesWithoutAnOperationLeaveTheConditionCode) {
+  for (const TW_UINT16 message :
+       {MSG_GETFIRST, MSG_GETNEXT, MSG_NULL, MSG_ENDXFER, MSG_CUSTOMBASE}) {
+    TW_CAPABILITY capability{ICAP_UNITS, 0, nullptr};
+    EXPECT_EQ(Send(message, &capability), TWRC_FAILURE);
+    EXPECT_EQ(code_, kUntouched);
+    EXPECT_EQ(TW_HANDLE{capability.hContainer}, nullptr);
+  }
+}
 
 TEST_F(CapabilityStoreTest, TracesEachMessage) {
   StartTrace();
@@ -98,6 +109,39 @@ TEST_F(CapabilityStoreTest, AddsReplacesAndRemovesInTheSupportedListToo) {
                             "Adding Capability: CAP_AUTHOR", "Could not find CAP_SUPPORTEDCAPS!"}));
 }
 
+TEST_F(CapabilityStoreTest, ListsTheSettingsInTheLog) {
+  store_.LogSettings("nobody listens");
+  StartTrace();
+  store_.LogSettings("Default Twain Options");
+  EXPECT_EQ(Trace(), (Lines{"Default Twain Options",
+                            "             CAP_SUPPORTEDCAPS: 24 capabilities specified",
+                            "             CAP_FEEDERENABLED: Disabled",
+                            "              ICAP_PIXELFLAVOR: Chocolate",
+                            "                 ICAP_XFERMECH: Memory",
+                            "             ICAP_PLANARCHUNKY: Chunky",
+                            "              ICAP_COMPRESSION: None",
+                            "            ICAP_PHYSICALWIDTH: 8.000000 Inches  800 pixels",
+                            "           ICAP_PHYSICALHEIGHT: 11.000000 Inches  1100 pixels",
+                            "                    ICAP_UNITS: Inches",
+                            "              CAP_DEVICEONLINE: TRUE",
+                            "                  CAP_AUTOFEED: Disabled",
+                            "              CAP_FEEDERLOADED: FALSE",
+                            "                 ICAP_BITDEPTH: Grayscale (8) / RGB (8)",
+                            "                ICAP_PIXELTYPE: Grayscale",
+                            "                 ICAP_BITORDER: MSB",
+                            "              ICAP_XRESOLUTION: 300.00",
+                            "              ICAP_YRESOLUTION: 300.00",
+                            "                 CAP_XFERCOUNT: -1",
+                            "          ICAP_IMAGEFILEFORMAT: BMP",
+                            "                CAP_INDICATORS: TRUE",
+                            "            CAP_UICONTROLLABLE: FALSE",
+                            "                ICAP_LAMPSTATE: On",
+                            "                ICAP_LIGHTPATH: Reflective",
+                            "                    CAP_AUTHOR: Korvida, Inc."}));
+  store_.LogSettings("");
+  EXPECT_EQ(Trace().front(), "Current TWAIN settings:");
+}
+
 class RecordedListControl : public SettingsListControl {
  public:
   void RemoveAllColumns() override { lines = {"cleared"}; }
@@ -105,49 +149,22 @@ class RecordedListControl : public SettingsListControl {
     lines.push_back(title + FormatText(" %d", width));
   }
   void AddRow(const std::string& name, const std::string& value) override {
-    lines.push_back(FormatText("%30s: %s", name.c_str(), value.c_str()));
+    lines.push_back(name + "=" + value);
   }
   Lines lines;
 };
 
-TEST_F(CapabilityStoreTest, ListsTheSettingsInTheLogAndInTheView) {
-  RecordedListControl view;
-  store_.LogSettings("nobody listens");
-  StartTrace();
-  store_.LogSettings("Default Twain Options");
-  Lines lines = Trace();
-  EXPECT_EQ(lines, (Lines{"Default Twain Options",
-                          "             CAP_SUPPORTEDCAPS: 24 capabilities specified",
-                          "             CAP_FEEDERENABLED: Disabled",
-                          "              ICAP_PIXELFLAVOR: Chocolate",
-                          "                 ICAP_XFERMECH: Memory",
-                          "             ICAP_PLANARCHUNKY: Chunky",
-                          "              ICAP_COMPRESSION: None",
-                          "            ICAP_PHYSICALWIDTH: 8.000000 Inches  800 pixels",
-                          "           ICAP_PHYSICALHEIGHT: 11.000000 Inches  1100 pixels",
-                          "                    ICAP_UNITS: Inches",
-                          "              CAP_DEVICEONLINE: TRUE",
-                          "                  CAP_AUTOFEED: Disabled",
-                          "              CAP_FEEDERLOADED: FALSE",
-                          "                 ICAP_BITDEPTH: Grayscale (8) / RGB (8)",
-                          "                ICAP_PIXELTYPE: Grayscale",
-                          "                 ICAP_BITORDER: MSB",
-                          "              ICAP_XRESOLUTION: 300.00",
-                          "              ICAP_YRESOLUTION: 300.00",
-                          "                 CAP_XFERCOUNT: -1",
-                          "          ICAP_IMAGEFILEFORMAT: BMP",
-                          "                CAP_INDICATORS: TRUE",
-                          "            CAP_UICONTROLLABLE: FALSE",
-                          "                ICAP_LAMPSTATE: On",
-                          "                ICAP_LIGHTPATH: Reflective",
-                          "                    CAP_AUTHOR: Korvida, Inc."}));
+TEST_F(CapabilityStoreTest, FillsTheSettingsView) {
   store_.FillSettingsList(nullptr);
-  store_.FillSettingsList(&view);
-  lines.front() = "Setting 200";
-  lines.insert(lines.begin(), {"cleared", "Capability 200"});
-  EXPECT_EQ(view.lines, lines);
-  store_.LogSettings("");
-  EXPECT_EQ(Trace().front(), "Current TWAIN settings:");
+  RecordedListControl control;
+  SetPhraseLookup([](const char* text) -> std::string { return std::string("~") + text; });
+  store_.FillSettingsList(&control);
+  SetPhraseLookup(nullptr);
+  ASSERT_EQ(control.lines.size(), 3u + 24u);
+  EXPECT_EQ(Lines(control.lines.begin(), control.lines.begin() + 4),
+            (Lines{"cleared", "~Capability 200", "~Setting 200",
+                   "CAP_SUPPORTEDCAPS=~24 capabilities specified"}));
+  EXPECT_EQ(control.lines.back(), "CAP_AUTHOR=Korvida, Inc.");
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -63,19 +62,39 @@ inline std::string BytesOf(TW_HANDLE handle) {
 }
 
 inline std::string ItemText(const std::string& bytes, size_t offset, TW_UINT16 type) {
-  if (type == TWTY_INT16) return std::to_string(Take<int16_t>(bytes, offset));
-  if (type == TWTY_UINT16) return std::to_string(Take<uint16_t>(bytes, offset));
-  if (type == TWTY_UINT32) return std::to_string(Take<uint32_t>(bytes, offset));
-  if (type == TWTY_FIX32) return FormatText("%.4f", FromFix32(Take<TW_FIX32>(bytes, offset)));
-  return type == TWTY_STR128 ? bytes.substr(offset).c_str() : "-";
+  switch (type) {
+    case TWTY_INT16:
+      return FormatText("%d", Take<int16_t>(bytes, offset));
+    case TWTY_UINT16:
+      return FormatText("%d", Take<uint16_t>(bytes, offset));
+    case TWTY_UINT32:
+      return FormatText("%lu", Lu(Take<uint32_t>(bytes, offset)));
+    case TWTY_FIX32:
+      return FormatText("%.4f", FromFix32(Take<TW_FIX32>(bytes, offset)));
+    case TWTY_STR128:
+      return bytes.substr(offset).c_str();
+    default:
+      return "-";
+  }
 }
 
 inline std::string TypeText(TW_UINT16 type) {
-  static const std::map<TW_UINT16, const char*> kTexts = {
-      {TWTY_INT16, "INT16"}, {TWTY_UINT16, "UINT16"}, {TWTY_UINT32, "UINT32"},
-      {TWTY_BOOL, "BOOL"},   {TWTY_FIX32, "FIX32"},   {TWTY_STR128, "STR128"}};
-  const auto found = kTexts.find(type);
-  return found != kTexts.end() ? found->second : "?";
+  switch (type) {
+    case TWTY_INT16:
+      return "INT16";
+    case TWTY_UINT16:
+      return "UINT16";
+    case TWTY_UINT32:
+      return "UINT32";
+    case TWTY_BOOL:
+      return "BOOL";
+    case TWTY_FIX32:
+      return "FIX32";
+    case TWTY_STR128:
+      return "STR128";
+    default:
+      return "?";
+  }
 }
 
 inline std::string ItemsText(const std::string& bytes, size_t offset, TW_UINT16 type) {

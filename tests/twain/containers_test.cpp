@@ -114,6 +114,10 @@ TEST_F(ContainersTest, BuildsListsWithTheIndexOfTheFirstEqualItem) {
   EXPECT_EQ(ContainerText(capability_),
             "Enumeration UINT16 8 16 8 16, current #0, default #1, 23 bytes");
   Free();
+  const uint16_t list[] = {5, 6, 7};
+  EXPECT_EQ(BuildEnumerationUint16(&capability_, 2, list, 6, 7), TWCC_SUCCESS);
+  EXPECT_EQ(ContainerText(capability_), "Enumeration UINT16 5 6, current #0, default #1, 19 bytes");
+  Free();
   // Indices go by the double: these two differ by less than an item can show.
   EXPECT_EQ(BuildEnumerationFix32(&capability_, {100.0, 100.0 + 1e-9}, 100.0 + 1e-9, 200.0),
             TWCC_SUCCESS);
@@ -128,6 +132,7 @@ TEST_F(ContainersTest, BuildsNothingWithoutMemoryOrArguments) {
   EXPECT_EQ(BuildOneValue(nullptr, TWTY_UINT16, &value), TWCC_OPERATIONERROR);
   EXPECT_EQ(BuildOneValue(&capability_, TWTY_UINT16, nullptr), TWCC_OPERATIONERROR);
   EXPECT_EQ(BuildArray(nullptr, {1}), TWCC_OPERATIONERROR);
+  EXPECT_EQ(BuildEnumerationUint16(nullptr, {1}, 1, 1), TWCC_OPERATIONERROR);
   EXPECT_EQ(BuildEnumerationUint16(&capability_, 1, nullptr, 1, 1), TWCC_OPERATIONERROR);
   EXPECT_EQ(BuildEnumerationFix32(nullptr, {1.0}, 1.0, 1.0), TWCC_OPERATIONERROR);
   EXPECT_EQ(ReadOneValueUint16(&capability_, nullptr), TWCC_OPERATIONERROR);
@@ -135,6 +140,7 @@ TEST_F(ContainersTest, BuildsNothingWithoutMemoryOrArguments) {
   EXPECT_EQ(ReadEnumerationUint16(&capability_, &values, nullptr, &read), TWCC_OPERATIONERROR);
   EXPECT_EQ(ReadOneValueUint16(nullptr, &read), TWCC_OPERATIONERROR);
   EXPECT_EQ(read, 0);
+  EXPECT_TRUE(values.empty());
 
   for (const auto& failNext : {host::FailNextAllocations, host::FailNextLocks}) {
     failNext(3);
@@ -186,13 +192,14 @@ TEST_F(ContainersTest, ReadsEnumerationsWithTheirDefaultAndCurrentItems) {
   EXPECT_EQ(defaultItem, 0);
   EXPECT_EQ(currentItem, 0);
 
-  std::vector<double> doubles;
+  std::vector<double> doubles{9.0};
   double defaultDouble = 9.0;
   double currentDouble = 9.0;
   const auto readDoubles = [&] {
     return ReadEnumerationFix32(&capability_, &doubles, &defaultDouble, &currentDouble);
   };
   EXPECT_EQ(readDoubles(), TWCC_BADVALUE);
+  EXPECT_TRUE(doubles.empty());
   EXPECT_EQ(currentDouble, 0.0);
   Put(TWON_ENUMERATION, EnumerationBytes(TWTY_FIX32, {100.5, 200.0}, 0, 1));
   EXPECT_EQ(readDoubles(), TWCC_SUCCESS);
@@ -206,6 +213,7 @@ TEST_F(ContainersTest, RefusesBlocksThatClaimMoreThanTheyHold) {
   std::vector<uint16_t> numbers;
   uint16_t a = 0;
   uint16_t b = 0;
+  double fix = 0.0;
   const auto readOf = [&](const std::string& bytes) {
     Put(TWON_ENUMERATION, bytes);
     return ReadEnumerationUint16(&capability_, &numbers, &a, &b);
@@ -222,7 +230,30 @@ TEST_F(ContainersTest, RefusesBlocksThatClaimMoreThanTheyHold) {
   for (size_t size = 1; size < 6; ++size) {
     Put(TWON_ONEVALUE, OneValueBytes(TWTY_UINT16, 1).substr(0, size));
     EXPECT_EQ(ReadOneValueUint16(&capability_, &a), size < 4 ? TWCC_BADVALUE : TWCC_SUCCESS);
+    Put(TWON_ONEVALUE, OneValueBytes(TWTY_FIX32, 1).substr(0, size));
+    EXPECT_EQ(ReadOneValueFix32(&capability_, &fix), TWCC_BADVALUE) << size;
   }
+}
+
+TEST_F(ContainersTest, RefusesOtherContainersAndHandlesThatAreNone) {
+  std::vector<uint16_t> numbers;
+  uint16_t a = 0;
+  uint16_t b = 0;
+  const std::string bytes = EnumerationBytes(TWTY_UINT16, {1});  // long enough for either
+  const TW_HANDLE sound = BlockOf(bytes);
+  const TW_HANDLE freed = BlockOf(bytes);
+  platform::FreeBlock(freed);
+  for (const TW_HANDLE handle : {sound, freed, TW_HANDLE{nullptr}, TW_HANDLE{&a}}) {
+    const TW_UINT16 readable = handle == sound ? TWCC_SUCCESS : TWCC_LOWMEMORY;
+    for (TW_UINT16 conType = 0; conType <= TWON_RANGE + 1; ++conType) {
+      capability_ = {0, conType, handle};
+      EXPECT_EQ(ReadOneValueUint16(&capability_, &a),
+                conType == TWON_ONEVALUE ? readable : TWCC_BADVALUE);
+      EXPECT_EQ(ReadEnumerationUint16(&capability_, &numbers, &a, &b),
+                conType == TWON_ENUMERATION ? readable : TWCC_BADVALUE);
+    }
+  }
+  capability_.hContainer = sound;
 }
 
 TEST_F(ContainersTest, ReadsTextWhereTheModulesWidthPutsIt) {

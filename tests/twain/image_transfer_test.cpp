@@ -188,14 +188,20 @@ TEST_F(ImageTransferTest, HandsOverStrips) {
   EXPECT_EQ(Number(buffer_, 0, 2), 65529u);
 }
 
-TEST_F(ImageTransferTest, TracesTheBufferBeforeTheDepth) {
+TEST_F(ImageTransferTest, ASecondReturnDoesNotRestartAnImageUnderWay) {
   Return(12, {1, 2, 3, 4, 5, 6});
   StartTrace();
   EXPECT_EQ(Strip(6), TWRC_SUCCESS);
   const Lines trace = Trace();
-  const auto at = std::find(trace.begin(), trace.end(), "    Passed pointer to datablock");
-  ASSERT_GT(trace.end() - at, 1);
-  EXPECT_EQ(at[1], "      Current bit depth: Grayscale");
+  const auto at = [&](const char* line) {
+    return std::find(trace.begin(), trace.end(), line) - trace.begin();
+  };
+  EXPECT_EQ(at("    Passed pointer to datablock") + 1, at("      Current bit depth: Grayscale"));
+
+  source_->NotifyXferReady();
+  EXPECT_EQ(source_->state(), 7);
+  EXPECT_EQ(Strip(100), TWRC_XFERDONE);
+  EXPECT_EQ(+transfer_.YOffset, 1u);
 }
 
 TEST_F(ImageTransferTest, RefusesBuffersThatAreNone) {
@@ -222,30 +228,40 @@ TEST_F(ImageTransferTest, RefusesBuffersThatAreNone) {
 
 TEST_F(ImageTransferTest, TracesFailuresInTheWordsOfEachTransfer) {
   constexpr char kNative[] = "General failure in response to DAT_IMAGENATIVEXFER.";
+  constexpr char kImageInfo[] = "General failure in response to DAT_IMAGEINFO.";
   GoTo(6);
   StartTrace();
   TW_HANDLE handle = nullptr;
-  TW_IMAGEINFO info{};
-  TW_IMAGELAYOUT layout{};
-  const auto failsFor = [&](TW_UINT16 type, TW_UINT16 message, void* data, const char* logLine) {
-    Fails(type, message, data, kNoImages, TWCC_OPERATIONERROR, logLine);
-  };
-  failsFor(DAT_IMAGENATIVEXFER, MSG_GET, &handle, "   No images were available");
-  failsFor(DAT_IMAGEFILEXFER, MSG_GET, nullptr, kNoImages);
-  failsFor(DAT_IMAGEMEMXFER, MSG_GET, &transfer_, kNoImages);
-  failsFor(DAT_IMAGEINFO, MSG_GET, &info, "No images were available; ");
-  EXPECT_EQ(info.ImageWidth * info.ImageLength * info.BitsPerPixel, 8);
-  failsFor(DAT_IMAGELAYOUT, MSG_GET, &layout, "   No images were available; ");
-  EXPECT_EQ(layout.Frame.Right.Whole, 22);
-  EXPECT_EQ(layout.Frame.Right.Frac, 33);
-  failsFor(DAT_IMAGELAYOUT, MSG_SET, nullptr, "   No images were available; ");
   Fails(DAT_IMAGENATIVEXFER, MSG_SET, &handle, kNative, TWCC_BADPROTOCOL,
         "DISPATCHMSG_ImageNativeXfer: Bad Protocol");
+  Fails(DAT_IMAGEFILEXFER, MSG_SET, nullptr, kImageInfo, TWCC_BADPROTOCOL,
+        "DISPATCHMSG_ImageFileXfer: Bad Protocol");
+  Fails(DAT_IMAGEMEMXFER, MSG_SET, nullptr, kImageInfo, TWCC_BADPROTOCOL,
+        "DISPATCHMSG_ImageMemXfer: Bad Protocol");
+  TW_IMAGEINFO info{};
+  TW_IMAGELAYOUT layout{};
+  Fails(DAT_IMAGENATIVEXFER, MSG_GET, &handle, kNoImages, TWCC_OPERATIONERROR,
+        "   No images were available");
+  Fails(DAT_IMAGEFILEXFER, MSG_GET, nullptr, kNoImages, TWCC_OPERATIONERROR, kNoImages);
+  Fails(DAT_IMAGEMEMXFER, MSG_GET, &transfer_, kNoImages, TWCC_OPERATIONERROR, kNoImages);
+  Fails(DAT_IMAGEINFO, MSG_GET, &info, kNoImages, TWCC_OPERATIONERROR,
+        "No images were available; ");
+  EXPECT_EQ(info.ImageWidth * info.ImageLength * info.BitsPerPixel, 8);
+  Fails(DAT_IMAGELAYOUT, MSG_GET, &layout, kNoImages, TWCC_OPERATIONERROR,
+        "   No images were available; ");
+  EXPECT_EQ(layout.Frame.Right.Whole, 22);
+  EXPECT_EQ(layout.Frame.Right.Frac, 33);
+  Fails(DAT_IMAGELAYOUT, MSG_SET, nullptr, kNoImages, TWCC_OPERATIONERROR,
+        "   No images were available; ");
   source_->state_ = 7;
+  Fails(DAT_PALETTE8, MSG_GET, nullptr, "General failure in response to DAT_PALETTE8.",
+        TWCC_SEQERROR, "DISPATCHMSG_Palette8: Sequence Error!");
   Fails(DAT_IMAGEFILEXFER, MSG_GET, nullptr, kNative, TWCC_SEQERROR,
         "DISPATCHMSG_ImageFileXfer: Sequence Error!");
   Fails(DAT_IMAGENATIVEXFER, MSG_GET, &handle, kNative, TWCC_SEQERROR,
         "DISPATCHMSG_Palette8: Sequence Error!");
+  Send(DG_IMAGE, DAT_IMAGENATIVEXFER, MSG_GET, &handle);
+  EXPECT_EQ(Trace().end()[-2], "   twRC = TWRC_FAILURE  CC = TWCC_SEQERROR");
 }
 
 }  // namespace

@@ -84,6 +84,7 @@ TEST_F(SetupTest, AnswersInPartsOfRecords) {
 
   TW_EXTIMAGEINFO info{3, {{1, 2, 3, 4, 5}}};
   EXPECT_EQ(Send(DG_IMAGE, DAT_EXTIMAGEINFO, MSG_GET, &info), TWRC_SUCCESS);
+  EXPECT_EQ(+info.NumInfos, 0u);
   EXPECT_EQ(info.Info[0].CondCode, TWRC_INFONOTSUPPORTED);
   host::DenyWritingTo(&info.Info[0], sizeof info.Info[0]);  // an empty list ends behind its count
   info = {9, {{1, 2, 3, 4, 5}}};

@@ -13,6 +13,29 @@ class SourceCapabilitiesTest : public SourceTest {
   }
 };
 
+TEST_F(SourceCapabilitiesTest, ReadsWhatHasBeenNegotiated) {
+  Open();
+  Negotiate(CAP_XFERCOUNT, TWTY_UINT16, 0xfffe);
+  EXPECT_EQ(source_->GetXferCount(), -2);
+  Negotiate(ICAP_PIXELFLAVOR, TWTY_UINT16, 7);
+  EXPECT_EQ(source_->GetPixelFlavor(), 7);
+  Negotiate(ICAP_IMAGEFILEFORMAT, TWTY_UINT16, TWFF_JFIF);
+  EXPECT_EQ(source_->GetImageFileFormat(), TWFF_JFIF);
+  EXPECT_EQ(source_->GetPlanarChunky(), 0);
+  Negotiate(ICAP_UNITS, TWTY_UINT16, TWUN_CENTIMETERS);
+  EXPECT_EQ(source_->ConvertFromInches(8, 800), 20.32);
+  Negotiate(ICAP_BITDEPTH, TWTY_UINT16, 8);
+  EXPECT_TRUE(source_->Is8BitGrayscale());
+  EXPECT_FALSE(source_->Is16BitGrayscale());
+  Negotiate(ICAP_BITDEPTH, TWTY_UINT16, 16);
+  EXPECT_TRUE(source_->Is16BitGrayscale());
+  EXPECT_FALSE(source_->Is8BitGrayscale());
+  EXPECT_EQ(source_->GetBitsPerPixel(TWPT_GRAY), 16);
+  EXPECT_EQ(source_->GetSamplesPerPixel(TWPT_GRAY), 1);
+  EXPECT_EQ(source_->GetBitsPerPixel(TWPT_RGB), 8);
+  EXPECT_EQ(source_->GetSamplesPerPixel(TWPT_RGB), 1);
+}
+
 TEST_F(SourceCapabilitiesTest, FallsBackWithoutTheCapability) {
   StartTrace();
   source_->capabilities().Clear();
@@ -71,6 +94,10 @@ TEST_F(SourceCapabilitiesTest, SwitchesTheGrayscaleDepth) {
   EXPECT_FALSE(source_->Set16BitGrayscaleCapture());
   EXPECT_EQ(Trace(), (Lines{"Set8BitGrayscaleCapture: GRAYSCALE is not a valid pixel type.",
                             "Set16BitGrayscaleCapture: GRAYSCALE is not a valid pixel type."}));
+  source_->capabilities().RemoveCapability(ICAP_PIXELTYPE);
+  Trace();
+  EXPECT_FALSE(source_->Set8BitGrayscaleCapture());
+  EXPECT_EQ(Trace(), Lines{Missing("ICAP_PIXELTYPE")});
 }
 
 }  // namespace

@@ -135,11 +135,13 @@ TEST_F(SourceTest, NotifiesThroughTheManager) {
     EXPECT_EQ(call.destination, &source_->appIdentity_);
     EXPECT_EQ(call.dataGroup, DG_CONTROL);
     EXPECT_EQ(call.dataArgumentType, DAT_NULL);
-    EXPECT_EQ(call.message, host::ManagerCalls().size() == 1 ? MSG_XFERREADY : MSG_CLOSEDSREQ);
+    EXPECT_EQ(call.data, nullptr);
   });
   source_->NotifyXferReady();
   source_->NotifyCloseDSReq();
-  EXPECT_EQ(host::ManagerCalls().size(), 2u);
+  ASSERT_EQ(host::ManagerCalls().size(), 2u);
+  EXPECT_EQ(host::ManagerCalls()[0].message, MSG_XFERREADY);
+  EXPECT_EQ(host::ManagerCalls()[1].message, MSG_CLOSEDSREQ);
 }
 
 TEST_F(SourceTest, TranslatesExceptions) {
@@ -216,14 +218,26 @@ TEST_F(SourceTest, KeepsADisabledDialogWithoutItsWindow) {
   EXPECT_EQ(Disable(), TWRC_SUCCESS);
   EXPECT_FALSE(view_->windowAlive());
   EXPECT_FALSE(first.expired());
-  userInterface_.hParent = kNowhere;
   EXPECT_EQ(Enable(), TWRC_SUCCESS);
   EXPECT_TRUE(first.expired());
-  EXPECT_EQ(Enable(), TWRC_FAILURE);
-  EXPECT_TRUE(view_->windowAlive()) << "the dialog of the first call stands";
+  EXPECT_TRUE(view_->windowAlive());
   source_->state_ = 3;
   EXPECT_EQ(Close(), TWRC_FAILURE);
   EXPECT_FALSE(view_->windowAlive()) << "gone all the same";
+}
+
+TEST_F(SourceTest, EnablesOnceWhateverTheParent) {
+  for (void* parent : {static_cast<void*>(nullptr), kNowhere}) {
+    userInterface_.hParent = parent;
+    GoTo(5);
+    const platform::Window window = view_->window;
+    EXPECT_EQ(Enable(), TWRC_FAILURE);
+    EXPECT_EQ(Status(), TWCC_SEQERROR);
+    EXPECT_EQ(source_->state(), 5);
+    EXPECT_EQ(view_->window, window) << "the dialog of the first call stands";
+    EXPECT_TRUE(view_->windowAlive());
+    Close();
+  }
 }
 
 TEST_F(SourceTest, TellsThatADialogCannotBeMade) {

@@ -1,17 +1,29 @@
 // The trace of a whole acquisition, line by line, as support reads it.
-#include <regex>
-
 #include "tests/twain/source_fixture.h"
 
 namespace zyr {
 namespace {
 
-// Without the listings of capabilities and the dialog's texts: both have their own tests.
+bool StartsWith(const std::string& line, const std::string& head) {
+  return line.compare(0, head.size(), head) == 0;
+}
+
+// Without the listings of capabilities, of which only the number of lines is left, and without the
+// dialog's texts: both have their own tests.
 std::string Abridged(const Lines& lines) {
-  const std::regex left("Adding Capability: .*|CAPTURE STATUS MESSAGE: .*| +I?CAP_\\w+: .*");
   std::string text;
+  size_t skipped = 0;
+  bool inListing = false;
   for (const std::string& line : lines) {
-    if (!std::regex_match(line, left)) text += line + "\n";
+    if (StartsWith(line, "Adding Capability: ") || (inListing && StartsWith(line, "     "))) {
+      ++skipped;
+      continue;
+    }
+    if (skipped != 0) text += "  (" + std::to_string(skipped) + " capabilities)\n";
+    skipped = 0;
+    inListing = line == "Default Twain Options" || line == "Current TWAIN settings:";
+    const bool isStatus = StartsWith(line, "CAPTURE STATUS MESSAGE: ");
+    text += (isStatus ? line.substr(0, line.find(" -> ")) : line) + "\n";
   }
   return text;
 }
@@ -50,14 +62,20 @@ Calling Application:
      Manufacturer = mmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmmm
      ProductFamily = 
      ProductName = 
+  (23 capabilities)
       Current bit depth: Grayscale
 Set16BitGrayscaleCapture: Grayscale set to 16-bit.
 Default Twain Options
+  (24 capabilities)
    RC = TWRC_SUCCESS  CC = TWCC_SUCCESS  State = 4
 Dispatch (State = 4): DG_CONTROL / DAT_USERINTERFACE / MSG_ENABLEDS
 Current TWAIN settings:
+  (24 capabilities)
 EnableDS -> TWRC_SUCCESS
 Resources -> 10000000, 400000
+CAPTURE STATUS MESSAGE: What Is This Message Area?
+CAPTURE STATUS MESSAGE: Step #1: Acquire New Image
+CAPTURE STATUS MESSAGE: Generating Displayable Image
    RC = TWRC_SUCCESS  CC = TWCC_SUCCESS  State = 5
 NotifyXferReady
 Dispatch (State = 6): DG_IMAGE / DAT_IMAGEINFO / MSG_GET
@@ -81,6 +99,7 @@ DISPATCHMSG_ImageNativeXfer
    RC = TWRC_XFERDONE  CC = TWCC_SUCCESS  State = 7
 Dispatch (State = 7): DG_CONTROL / DAT_PENDINGXFERS / MSG_ENDXFER
 Current scanned image cleared
+CAPTURE STATUS MESSAGE: Step #1: Acquire New Image
 GetNumberOfTransfersAvailable() = 0 <=> returning 0
 Posting auto close message
 NotifyCloseDSReq
